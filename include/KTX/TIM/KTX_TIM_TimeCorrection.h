@@ -1,0 +1,32 @@
+#ifndef KTX_TIM_TIMECORRECTION_H
+#define KTX_TIM_TIMECORRECTION_H
+
+#include <boost/chrono/duration.hpp>
+#include <boost/ratio/ratio.hpp>
+#include <boost/signals2/connection.hpp>
+#include <boost/signals2/slot.hpp>
+
+#include "KTX/TIM/KTX_TIM_Api.h"
+
+namespace KTX::TIM {
+
+/// The size of a correction in milliseconds. On 64-bit Linux this is another type than
+/// boost::chrono::milliseconds.
+using TimeChangeT = boost::chrono::duration<long long, boost::milli>;
+
+/// A listener of corrections: GPS week, milliseconds of week of the corrected present, change.
+using TimeCorrectedSlot =
+    boost::signals2::slot<void(int week, int millisecondsOfWeek, TimeChangeT change)>;
+/// A listener of time signals: GPS week, milliseconds of week.
+using TimeSignalSlot = boost::signals2::slot<void(int week, int millisecondsOfWeek)>;
+
+/// Connects a listener to released corrections. It runs on the thread that delivered the
+/// observation, after that step released the library-wide lock, and may call back into the
+/// library. A caller that holds the lock itself still holds it then.
+KTX_TIM_API boost::signals2::connection connectTimeCorrected(TimeCorrectedSlot const& slot);
+/// Connects a listener to the time signal. It runs on the thread that emits the signal.
+KTX_TIM_API boost::signals2::connection connectTimeSignal(TimeSignalSlot const& slot);
+
+}  // namespace KTX::TIM
+
+#endif  // KTX_TIM_TIMECORRECTION_H
