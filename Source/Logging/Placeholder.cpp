@@ -1,0 +1,7 @@
+namespace KTX::DBG {
+
+void placeholder();
+
+void placeholder() {}
+
+}  // namespace KTX::DBG

@@ -1,0 +1,7 @@
+namespace KTX::TIM::TEST {
+
+void placeholder();
+
+void placeholder() {}
+
+}  // namespace KTX::TIM::TEST
