@@ -10,6 +10,7 @@ set_property(CACHE VORTIME_BOOST PROPERTY STRINGS package source)
 
 add_library(vortime_boost INTERFACE)
 add_library(vortime::boost ALIAS vortime_boost)
+set_target_properties(vortime_boost PROPERTIES EXPORT_NAME boost)
 
 if(VORTIME_BOOST STREQUAL "package")
   find_package(Boost 1.81 REQUIRED COMPONENTS thread chrono date_time filesystem)
@@ -44,7 +45,7 @@ vortime_header_package(boost_headers "${VORTIME_BOOST_INCLUDE}")
 set(_libs "${VORTIME_BOOST_SOURCE}/libs")
 # DLLs, not archives: the thread library keeps per-thread data (interruption) that every module must share.
 add_library(boost_chrono SHARED "${_libs}/chrono/src/chrono.cpp")
-target_link_libraries(boost_chrono PUBLIC vortime_headers_boost_headers)
+target_link_libraries(boost_chrono PUBLIC $<BUILD_INTERFACE:vortime_headers_boost_headers> $<INSTALL_INTERFACE:Boost::headers>)
 target_compile_definitions(
   boost_chrono
   PRIVATE BOOST_CHRONO_SOURCE

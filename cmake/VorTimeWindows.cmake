@@ -3,10 +3,14 @@ set(VORTIME_WINEPREFIX "${PROJECT_BINARY_DIR}/wine" CACHE PATH "Wine prefix of t
 set(VORTIME_RUNTIME_DLLS)
 if(MINGW)
   foreach(_dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
-    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${_dll} OUTPUT_VARIABLE _path
-                    OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-    file(COPY "${_path}" DESTINATION "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
-    list(APPEND VORTIME_RUNTIME_DLLS "${_path}")
+    set(_copy "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${_dll}")
+    if(NOT EXISTS "${_copy}")
+      execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${_dll} OUTPUT_VARIABLE _path
+                      OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+      file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+      execute_process(COMMAND ${CMAKE_STRIP} -o "${_copy}" "${_path}" COMMAND_ERROR_IS_FATAL ANY)
+    endif()
+    list(APPEND VORTIME_RUNTIME_DLLS "${_copy}")
   endforeach()
 endif()
 if(WIN32 AND CMAKE_HOST_UNIX)

@@ -15,10 +15,17 @@ if [ "${1:-}" = --list ]; then
   exit 0
 fi
 
+installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' $packages 2>/dev/null | sed -n 's/ installed$//p' || true)
 missing=""
 for package in $packages; do
-  state=$(dpkg-query -W -f '${db:Status-Abbrev}' "$package" 2>/dev/null || true)
-  [ "$state" = "ii " ] || missing="$missing $package"
+  case "
+$installed
+" in
+    *"
+$package
+"*) ;;
+    *) missing="$missing $package" ;;
+  esac
 done
 [ -n "$missing" ] || exit 0
 
@@ -29,7 +36,7 @@ if [ "$(id -u)" -ne 0 ]; then
     echo "install_packages: run this script as root, or install sudo" >&2
     exit 1
   fi
-  as_root="sudo"
+  as_root=sudo
 fi
 echo "Installing:$missing"
 $as_root env DEBIAN_FRONTEND=noninteractive apt-get -q update

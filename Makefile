@@ -1,0 +1,29 @@
+# Thin fronts; the presets and scripts do the work.
+.PHONY: help test lint format tidy coverage
+
+help:
+	@echo "make test      set up, build and run all tests: Linux, sanitizers, Windows under Wine"
+	@echo "make lint      format check and clang-tidy"
+	@echo "make tidy      clang-tidy over the sources"
+	@echo "make format    format every C++ file"
+	@echo "make coverage  tests with coverage, report in build/coverage/report"
+
+test:
+	@tools/run_tests.sh
+
+lint:
+	@tools/install_packages.sh
+	@tools/check_format.sh
+	@tools/run_tidy.sh
+
+format:
+	@tools/install_packages.sh
+	@tools/check_format.sh --fix
+
+tidy:
+	@tools/install_packages.sh
+	@tools/run_tidy.sh
+
+coverage:
+	@tools/install_packages.sh
+	@tools/run_coverage.sh

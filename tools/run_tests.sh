@@ -1,0 +1,62 @@
+#!/usr/bin/env bash
+# run_tests.sh [PRESET...]: configures, builds and tests each preset in turn and stops at the first that fails.
+# Closes with the line "N passed, N failed", summed over all presets, on standard output or, where the variable
+# VORTIME_TEST_SUMMARY names a file, there. A step that fails without a test result counts as one failure.
+set -u
+cd "$(dirname "$0")/.."
+presets=("$@")
+[ ${#presets[@]} -gt 0 ] || presets=(linux-debug linux-clang asan-ubsan tsan windows)
+jobs=$(nproc)
+passed=0
+failed=0
+
+finish() {
+  echo "$passed passed, $failed failed" > "${VORTIME_TEST_SUMMARY:-/dev/stdout}"
+  exit "$1"
+}
+
+step() {
+  local title=$1 start=$SECONDS
+  shift
+  echo "== $title"
+  if "$@"; then
+    echo "== $title: done in $((SECONDS - start)) s"
+    return 0
+  fi
+  echo "== $title: FAILED after $((SECONDS - start)) s"
+  return 1
+}
+
+required_step() {
+  step "$@" && return 0
+  failed=$((failed + 1))
+  finish 1
+}
+
+test_preset() {
+  local preset=$1 results ok=0 counts
+  results="$PWD/build/$preset/ctest.xml"
+  rm -f "$results"
+  step "$preset: tests" ctest --preset "$preset" -j "$jobs" --output-junit "$results" || ok=1
+  counts=$(python3 tools/count_tests.py "$results") || counts="0 1"
+  passed=$((passed + ${counts% *}))
+  failed=$((failed + ${counts#* }))
+  return $ok
+}
+
+required_step "packages" tools/install_packages.sh
+required_step "format" tools/check_format.sh
+for preset in "${presets[@]}"; do
+  required_step "$preset: configure" cmake --preset "$preset"
+  if [ "$preset" = linux-clang ]; then
+    # Only for its warnings, the thread safety analysis among them: the library, no tests.
+    required_step "$preset: build" cmake --build --preset "$preset" -j "$jobs" --target VorTime Logging
+    continue
+  fi
+  required_step "$preset: build" cmake --build --preset "$preset" -j "$jobs"
+  if ! test_preset "$preset"; then
+    [ "$failed" -gt 0 ] || failed=1
+    finish 1
+  fi
+done
+finish 0
