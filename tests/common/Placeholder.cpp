@@ -1,7 +1,0 @@
-namespace KTX::TIM::TEST {
-
-void placeholder();
-
-void placeholder() {}
-
-}  // namespace KTX::TIM::TEST
