@@ -1,8 +1,9 @@
 # Thin fronts; the presets and scripts do the work.
-.PHONY: help test lint format tidy coverage
+.PHONY: help test lint format tidy coverage package
 
 help:
 	@echo "make test      set up, build and run all tests: Linux, sanitizers, Windows under Wine"
+	@echo "make package   archives for Linux and Windows in dist/"
 	@echo "make lint      format check and clang-tidy"
 	@echo "make tidy      clang-tidy over the sources"
 	@echo "make format    format every C++ file"
@@ -27,3 +28,7 @@ tidy:
 coverage:
 	@tools/install_packages.sh
 	@tools/run_coverage.sh
+
+package:
+	@tools/install_packages.sh
+	@tools/make_packages.sh

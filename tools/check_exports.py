@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks the export table of a DLL against its .def file and against the frozen list of ordinals.
 
-check_exports.py OBJDUMP DLL DEF [--frozen FILE] [--imports NAME:ord,ord,...]
+check_exports.py OBJDUMP DLL DEF [--frozen FILE] [--imports NAME:ordinal,ordinal,...]
 
 A frozen list holds one "ordinal symbol" pair a line, for every ordinal that a release has shipped.
 """
@@ -9,69 +9,96 @@ import argparse
 import re
 import subprocess
 import sys
+from pathlib import Path
 
 
 def read_def(path):
+    """Returns (ordinal, symbol, public name) of each line; the two names differ for an alias."""
     entries = []
-    for number, line in enumerate(open(path, encoding="ascii"), 1):
+    for number, line in enumerate(Path(path).read_text(encoding="ascii").splitlines(), 1):
         line = line.split(";")[0].strip()
         if not line or line.split()[0] in ("LIBRARY", "EXPORTS"):
             continue
-        m = re.fullmatch(r"(\S+?)(?:\s*=\s*(\S+))?\s+@(\d+)\s+NONAME(\s+DATA)?", line)
-        if not m:
+        match = re.fullmatch(r"(\S+?)(?:\s*=\s*(\S+))?\s+@(\d+)\s+NONAME(\s+DATA)?", line)
+        if not match:
             sys.exit(f"{path}:{number}: not 'symbol @ordinal NONAME [DATA]': {line}")
-        entries.append((int(m[3]), m[2] or m[1], m[1], bool(m[4])))
+        entries.append((int(match[3]), match[2] or match[1], match[1]))
     return entries
 
 
 def read_dll(objdump, path):
+    """Returns the exported ordinals, the exported names and the imports of each library."""
     text = subprocess.run([objdump, "-p", path], check=True, capture_output=True, text=True).stdout
-    part = text[text.find("The Export Tables"):text.find("The Function Table")]
-    ordinals = {int(m[1]) for m in re.finditer(r"\[ *\d+\] \+base\[ *(\d+)\] ", part)}
-    names = re.findall(r"^\t\[ *\d+\] (\S+)$", part[part.find("[Ordinal/Name Pointer] Table"):], re.M)
+    exports = text[text.find("The Export Tables"):text.find("The Function Table")]
+    ordinals = {int(match[1]) for match in re.finditer(r"\[ *\d+\] \+base\[ *(\d+)\] ", exports)}
+    names = re.findall(r"^\t\[ *\d+\] (\S+)$", exports[exports.find("[Ordinal/Name Pointer] Table"):], re.M)
     imports = {}
     for block in text.split("DLL Name: ")[1:]:
-        name = block.split("\n")[0].strip()
-        imports[name] = re.findall(r"^\t([0-9a-f]{8,16})\s+(\S+)\s+(\S+)", block.split("\n\n")[0], re.M)
+        library = block.split("\n")[0].strip()
+        imports[library] = re.findall(r"^\t([0-9a-f]{8,16})\s+(\S+)\s+(\S+)", block.split("\n\n")[0], re.M)
     return ordinals, names, imports
 
 
-def main():
-    p = argparse.ArgumentParser()
-    p.add_argument("objdump"), p.add_argument("dll"), p.add_argument("deffile")
-    p.add_argument("--frozen"), p.add_argument("--imports")
-    a = p.parse_args()
+def check_list(entries):
+    """The linker takes the later of two lines with one name and drops the first without a word."""
+    bad, by_ordinal, by_name = [], {}, {}
+    for ordinal, symbol, name in entries:
+        if ordinal in by_ordinal:
+            bad.append(f"ordinal {ordinal} stands twice: {by_ordinal[ordinal]} and {symbol}")
+        if name in by_name:
+            bad.append(f"{name} stands twice: @{by_name[name]} and @{ordinal} (give the second an alias: name = {symbol})")
+        by_ordinal[ordinal], by_name[name] = symbol, ordinal
+    return bad
+
+
+def check_exports(entries, ordinals, names, deffile):
+    listed = {ordinal: symbol for ordinal, symbol, _ in entries}
+    free = max(listed, default=0) + 1
     bad = []
-    entries = read_def(a.deffile)
-    ordinals, names, imports = read_dll(a.objdump, a.dll)
-    seen, public = {}, {}
-    for o, symbol, shown, _ in entries:
-        if o in seen:
-            bad.append(f"ordinal {o} stands twice: {seen[o]} and {symbol}")
-        if shown in public:
-            bad.append(f"{shown} stands twice: @{public[shown]} and @{o} (give the second an alias: name = {symbol})")
-        seen[o], public[shown] = symbol, o
-    nextfree = max(seen, default=0) + 1
-    for n in names:
-        bad.append(f"exported by name, no ordinal yet; add:  {n} @{nextfree} NONAME" + (" DATA" if n.startswith(("_ZTV", "_ZTI")) else ""))
-        nextfree += 1
-    for o in sorted(ordinals - set(seen)):
-        if not names:
-            bad.append(f"ordinal {o} is exported but not in {a.deffile}")
-    for o in sorted(set(seen) - ordinals):
-        bad.append(f"ordinal {o} ({seen[o]}) is not exported")
-    if a.frozen:
-        for line in open(a.frozen, encoding="ascii"):
-            if line.strip() and not line.startswith("#"):
-                o, symbol = line.split()
-                if seen.get(int(o)) != symbol:
-                    bad.append(f"ordinal {o} was {symbol} in a release and is now {seen.get(int(o))}")
-    if a.imports:
-        lib, want = a.imports.split(":")
-        got = imports.get(lib, [])
-        ords = sorted(int(x[0], 16) & 0xffff for x in got if int(x[0], 16) >> 63)
-        if len(ords) != len(got) or ords != sorted(map(int, want.split(","))):
-            bad.append(f"imports from {lib}: {got}")
+    for offset, name in enumerate(names):
+        data = " DATA" if name.startswith(("_ZTV", "_ZTI")) else ""
+        bad.append(f"exported by name, no ordinal yet; add:  {name} @{free + offset} NONAME{data}")
+    if not names:
+        bad += [f"ordinal {ordinal} is exported but not in {deffile}" for ordinal in sorted(ordinals - set(listed))]
+    bad += [f"ordinal {ordinal} ({listed[ordinal]}) is not exported" for ordinal in sorted(set(listed) - ordinals)]
+    return bad
+
+
+def check_frozen(entries, path):
+    listed = {ordinal: symbol for ordinal, symbol, _ in entries}
+    bad = []
+    for line in Path(path).read_text(encoding="ascii").splitlines():
+        if line.strip() and not line.startswith("#"):
+            ordinal, symbol = line.split()
+            if listed.get(int(ordinal)) != symbol:
+                bad.append(f"ordinal {ordinal} was {symbol} in a release and is now {listed.get(int(ordinal))}")
+    return bad
+
+
+def check_imports(imports, wanted):
+    library, ordinals = wanted.split(":")
+    found = imports.get(library, [])
+    by_ordinal = sorted(int(entry[0], 16) & 0xFFFF for entry in found if int(entry[0], 16) >> 63)
+    if len(by_ordinal) == len(found) and by_ordinal == sorted(map(int, ordinals.split(","))):
+        return []
+    return [f"imports from {library}: {found}"]
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("objdump")
+    parser.add_argument("dll")
+    parser.add_argument("deffile")
+    parser.add_argument("--frozen")
+    parser.add_argument("--imports")
+    arguments = parser.parse_args()
+    entries = read_def(arguments.deffile)
+    ordinals, names, imports = read_dll(arguments.objdump, arguments.dll)
+    bad = check_list(entries) + check_exports(entries, ordinals, names, arguments.deffile)
+    if arguments.frozen:
+        bad += check_frozen(entries, arguments.frozen)
+    if arguments.imports:
+        bad += check_imports(imports, arguments.imports)
     print("\n".join(bad) or f"{len(entries)} exports in order")
     return 1 if bad else 0
 

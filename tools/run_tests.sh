@@ -11,7 +11,12 @@ passed=0
 failed=0
 
 finish() {
-  echo "$passed passed, $failed failed" > "${VORTIME_TEST_SUMMARY:-/dev/stdout}"
+  local line="$passed passed, $failed failed"
+  if [ -n "${VORTIME_TEST_SUMMARY:-}" ]; then
+    echo "$line" > "$VORTIME_TEST_SUMMARY"
+  else
+    echo "$line"
+  fi
   exit "$1"
 }
 
