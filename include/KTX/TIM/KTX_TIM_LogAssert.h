@@ -8,7 +8,7 @@ namespace KTX::TIM {
 /// Reports a state that cannot occur as one line on the channel "KTX_TIM_AssertLogger"; execution
 /// goes on. Any thread may call.
 KTX_TIM_API void logAssertion();
-/// As logAssertion(), with a text, which may hold any character and must not be null.
+/// As logAssertion(), with a text, which may hold any character; null is as no text.
 KTX_TIM_API void logAssertion(char const* text);
 
 }  // namespace KTX::TIM

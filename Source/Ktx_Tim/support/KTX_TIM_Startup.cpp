@@ -1,0 +1,22 @@
+// What the library builds while it is loaded, in this order; unload destroys it in reverse.
+//
+// Each object lives in the accessor of the file that owns it, so an earlier use is safe too. The
+// system's loader may hold its lock meanwhile: no registry, no waiting, no thread here.
+#include "KTX/TIM/KTX_TIM_TimeLock.h"
+#include "support/KTX_TIM_LogChannels.h"
+
+namespace KTX::TIM {
+
+namespace {
+
+bool startLibrary() {
+  openLogChannels();
+  getTimeLock();
+  return true;
+}
+
+[[maybe_unused]] bool const IS_STARTED = startLibrary();
+
+}  // namespace
+
+}  // namespace KTX::TIM

@@ -1,0 +1,11 @@
+#include "support/KTX_TIM_ThreadId.h"
+
+#include <boost/winapi/get_current_thread_id.hpp>
+
+namespace KTX::TIM {
+
+std::uint32_t currentThreadId32() {
+  return boost::winapi::GetCurrentThreadId();
+}
+
+}  // namespace KTX::TIM
