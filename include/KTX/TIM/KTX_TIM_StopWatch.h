@@ -16,8 +16,11 @@ class KTX_TIM_API StopWatchC {
  public:
   /// A steady clock; not started.
   StopWatchC();
-  /// The clock that createClock() gives; not started.
+  /// The clock that createClock() gives; not started. Without a clock, as from an unknown type,
+  /// each reading raises an assertion and is 0, so the watch never starts.
   StopWatchC(ClockTypeE type, ClockReferenceE reference);
+  /// A clock of the caller's; not started. An empty pointer is as no clock above.
+  explicit StopWatchC(boost::shared_ptr<ClockI<boost::nano>> const& nanoClock);
   ~StopWatchC();
   StopWatchC(StopWatchC const& other);
   StopWatchC& operator=(StopWatchC const& other);
@@ -34,6 +37,8 @@ class KTX_TIM_API StopWatchC {
   std::int64_t elapsedMs() const;
 
  private:
+  std::int64_t readClock() const;
+
   std::int64_t startNs = 0;
   std::int64_t stopNs = 0;
   boost::shared_ptr<ClockI<boost::nano>> clock;

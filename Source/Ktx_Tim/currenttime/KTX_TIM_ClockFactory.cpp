@@ -1,0 +1,73 @@
+#include "KTX/TIM/KTX_TIM_ClockFactory.h"
+
+#include <boost/make_shared.hpp>
+
+#include "KTX/TIM/KTX_TIM_LogAssert.h"
+#include "currenttime/KTX_TIM_GetTickCountClock.h"
+#include "currenttime/KTX_TIM_PosixClock.h"
+#include "currenttime/KTX_TIM_SteadyClock.h"
+
+namespace KTX::TIM {
+
+namespace {
+
+void expectNoCalendar(ClockReferenceE reference) {
+  if (reference != CLOCKREF_NONE && reference != CLOCKREF_DEFAULT) {
+    logAssertion();
+  }
+}
+
+ClockReferenceE calendarOf(ClockReferenceE reference) {
+  switch (reference) {
+    case CLOCKREF_UTC:
+    case CLOCKREF_LOCAL:
+      return reference;
+    case CLOCKREF_DEFAULT:
+      return CLOCKREF_UTC;
+    default:
+      logAssertion();
+      return CLOCKREF_UTC;
+  }
+}
+
+template <class Period>
+boost::shared_ptr<ClockI<Period>> buildClock(ClockTypeE type, ClockReferenceE reference) {
+  switch (type) {
+    case CLOCKTYPE_GETTICKCOUNT:
+      expectNoCalendar(reference);
+      return boost::make_shared<GetTickCountClockC<Period>>();
+    case CLOCKTYPE_STEADY:
+      expectNoCalendar(reference);
+      return boost::make_shared<SteadyClockC<Period>>();
+    case CLOCKTYPE_POSIX:
+      return boost::make_shared<PosixClockC<Period>>(calendarOf(reference));
+    default:
+      logAssertion();
+      return nullptr;
+  }
+}
+
+template <class Period>
+boost::shared_ptr<ClockI<Period>> buildCheckedClock(ClockTypeE type, ClockReferenceE reference) {
+  auto const clock = buildClock<Period>(type, reference);
+  if (!clock) {
+    logAssertion();
+  }
+  return clock;
+}
+
+}  // namespace
+
+template <>
+boost::shared_ptr<ClockI<boost::milli>> createClock<boost::milli>(ClockTypeE type,
+                                                                  ClockReferenceE reference) {
+  return buildCheckedClock<boost::milli>(type, reference);
+}
+
+template <>
+boost::shared_ptr<ClockI<boost::nano>> createClock<boost::nano>(ClockTypeE type,
+                                                                ClockReferenceE reference) {
+  return buildCheckedClock<boost::nano>(type, reference);
+}
+
+}  // namespace KTX::TIM
