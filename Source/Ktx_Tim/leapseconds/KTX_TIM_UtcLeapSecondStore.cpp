@@ -1,0 +1,332 @@
+#include <cstdio>
+
+#include <boost/date_time/gregorian/gregorian_types.hpp>
+#include <boost/make_shared.hpp>
+#include <boost/numeric/conversion/cast.hpp>
+#include <boost/signals2/signal.hpp>
+
+#include "KTX/TIM/KTX_TIM_Gps.h"
+#include "KTX/TIM/KTX_TIM_Guard.h"
+#include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
+#include "KTX/TIM/KTX_TIM_LogAssert.h"
+#include "KTX/TIM/KTX_TIM_Mutex.h"
+#include "KTX/TIM/KTX_TIM_ResultCode.h"
+#include "KTX/TIM/KTX_TIM_TimeLock.h"
+#include "KTX/TIM/KTX_TIM_UtcLeapSecondChanged.h"
+#include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
+#include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
+#include "leapseconds/KTX_TIM_LeapSecondEffectivity.h"
+#include "leapseconds/KTX_TIM_LeapSecondRules.h"
+#include "support/KTX_TIM_LogChannels.h"
+#include "support/KTX_TIM_ThreadId.h"
+
+namespace KTX::TIM {
+namespace {
+
+/// The leap seconds of the process: what satellites or the default say, and what was forced.
+class UtcLeapSecondStore final : public LeapSecondProviderI {
+ public:
+  UtcLeapSecondStore();
+  ~UtcLeapSecondStore() override = default;
+  UtcLeapSecondStore(UtcLeapSecondStore const&) = delete;
+  UtcLeapSecondStore& operator=(UtcLeapSecondStore const&) = delete;
+
+  std::uint32_t getLeapSecond(GpsC const& time,
+                              UtcLeapSecondRecord& record,
+                              GpsC* effectivityOut) override;
+
+  UtcLeapSecondRecord normalRecord();
+  std::int16_t countAt(GpsC const& time);
+
+  /// record must be valid.
+  std::uint32_t setValid(UtcLeapSecondRecord const& record, bool makeCurrent);
+  /// record, where not null, must be valid and not forced.
+  void resetNormal(UtcLeapSecondRecord const* record);
+
+  boost::signals2::connection connect(UtcLeapSecondChangedSlot const& slot);
+
+ private:
+  std::uint32_t SetLeapSecond(UtcLeapSecondRecord const& record) KTX_TIM_REQUIRES(mutex);
+  std::uint32_t setTraced(UtcLeapSecondRecord const& record, GPSTimeC const& now)
+      KTX_TIM_REQUIRES(mutex);
+  void announce(boost::shared_ptr<UtcLeapSecondChanged> const& event,
+                GpsC const& now,
+                bool makeCurrent) KTX_TIM_REQUIRES(mutex);
+  void updateEffectivity() KTX_TIM_REQUIRES(mutex);
+
+  UtcLeapSecondRecord const& inForce() const KTX_TIM_REQUIRES(mutex) {
+    return forcedSlot.source == LEAPSECOND_FORCED ? forcedSlot : normalSlot;
+  }
+  bool isFutureInForce(GPSTimeC const& time) const KTX_TIM_REQUIRES(mutex) {
+    return inForce().effectivityKnown && time >= effectivity;
+  }
+
+  Mutex mutex;
+  boost::signals2::signal<void(boost::shared_ptr<UtcLeapSecondChanged> const&)> changed;
+  GpsC effectivity KTX_TIM_GUARDED_BY(mutex);
+  UtcLeapSecondRecord normalSlot KTX_TIM_GUARDED_BY(mutex);
+  UtcLeapSecondRecord forcedSlot KTX_TIM_GUARDED_BY(mutex);
+};
+
+UtcLeapSecondStore& leapSecondStore() {
+  static UtcLeapSecondStore store;
+  return store;
+}
+
+void logNotAccepted(UtcLeapSecondRecord const& incoming, UtcLeapSecondRecord const& held) {
+  leapSecondLog().printLine(6,
+                            "New leap second not accepted! - Source: %s/%s, Current: %d/%d, "
+                            "Future: %d/%d, Week: %d/%d, Day: %d/%d, EffectivityKnown: %d/%d\n",
+                            leapSecondSourceName(incoming.source),
+                            leapSecondSourceName(held.source), incoming.current, held.current,
+                            incoming.future, held.future, incoming.week, held.week, incoming.day,
+                            held.day, incoming.effectivityKnown, held.effectivityKnown);
+}
+
+void logSetting(UtcLeapSecondRecord const& record, GPSTimeC const& now) {
+  GPSTimeC const dayEnd = effectivityDayEnd(record);
+  auto const days = static_cast<int>(dayEnd.toMilliseconds64() / MS_PER_DAY);
+  auto const date =
+      (boost::gregorian::date(1980, 1, 6) + boost::gregorian::days(days)).year_month_day();
+  char text[32];
+  std::snprintf(text, sizeof text, "%04u-%02u-%02u 00:00:00", static_cast<unsigned>(date.year),
+                static_cast<unsigned>(date.month), static_cast<unsigned>(date.day));
+  leapSecondLog().printLine(3,
+                            "Setting new UTC leap second - Source: %s, GPSTime: %ld, GPSWeek: %ld, "
+                            "Current: %d, Future: %d, Date: %s, EffectivityKnown: %d\n",
+                            leapSecondSourceName(record.source),
+                            static_cast<long>(now.getMsOfWeek()), static_cast<long>(now.getWeek()),
+                            record.current, record.future, text, record.effectivityKnown);
+}
+
+void logChanged(UtcLeapSecondRecord const& record) {
+  leapSecondLog().printLine(3,
+                            "Active UTC Leap Second has changed - Source: %s, Current: %d, "
+                            "Future: %d, Week: %d, Day: %d, EffectivityKnown: %d\n",
+                            leapSecondSourceName(record.source), record.current, record.future,
+                            record.week, record.day, record.effectivityKnown);
+}
+
+void logResetRefused(UtcLeapSecondRecord const& record) {
+  leapSecondLog().printLine(6,
+                            "Reset UTC leap second (satellite) failed - Source: %s, Current: %d, "
+                            "Future: %d, Week: %d, Day: %d, EffectivityKnown: %d\n",
+                            leapSecondSourceName(record.source), record.current, record.future,
+                            record.week, record.day, record.effectivityKnown);
+}
+
+void logReset(UtcLeapSecondRecord const& record) {
+  leapSecondLog().printLine(3,
+                            "New UTC leap second (satellite) after reset - Source: %s, "
+                            "Current: %d, Future: %d, Week: %d, Day: %d, EffectivityKnown: %d\n",
+                            leapSecondSourceName(record.source), record.current, record.future,
+                            record.week, record.day, record.effectivityKnown);
+}
+
+/// Hands now back as an exact observation: GPS time goes on as it was, and UTC moves by the change
+/// of the leap seconds.
+void carryOverPresent(GpsC const& now) {
+  if (leapSecondLog().isLevelEnabled(3)) {
+    leapSecondLog().printLine(3,
+                              "%s - setGpsUTCParameters call to makeToCurrentTime:: "
+                              "GPSweek: %ld GPSmsecs: %ld\n",
+                              currentThreadIdText().c_str(), static_cast<long>(now.getWeek()),
+                              static_cast<long>(now.getMsOfWeek()));
+  }
+  constexpr std::int64_t NO_NOISE_MS = 0;
+  constexpr std::int32_t TO_MILLISECONDS = 1;
+  now.makeToCurrentTime(NO_NOISE_MS, TO_MILLISECONDS);
+}
+
+UtcLeapSecondStore::UtcLeapSecondStore()
+    : effectivity(this),
+      normalSlot(defaultLeapSecondRecord()),
+      forcedSlot(defaultLeapSecondRecord()) {
+  updateEffectivity();
+}
+
+std::uint32_t UtcLeapSecondStore::getLeapSecond(GpsC const& time,
+                                                UtcLeapSecondRecord& record,
+                                                GpsC* effectivityOut) {
+  Guard const guard(mutex);
+  record = inForce();
+  if (isFutureInForce(time)) {
+    record.current = record.future;
+  }
+  if (effectivityOut != nullptr) {
+    *effectivityOut = effectivity;
+  }
+  return RC_OK;
+}
+
+UtcLeapSecondRecord UtcLeapSecondStore::normalRecord() {
+  Guard const guard(mutex);
+  return normalSlot;
+}
+
+std::int16_t UtcLeapSecondStore::countAt(GpsC const& time) {
+  Guard const guard(mutex);
+  return isFutureInForce(time) ? inForce().future : inForce().current;
+}
+
+std::uint32_t UtcLeapSecondStore::setValid(UtcLeapSecondRecord const& record, bool makeCurrent) {
+  // Made before anything changes: no change goes untold for want of memory for its event.
+  auto const event = boost::make_shared<UtcLeapSecondChanged>();
+  Guard const timeGuard(getTimeLock());
+  GpsC now(this);
+  if (makeCurrent) {
+    now.makeToCurrentTime();
+  }
+  Guard const guard(mutex);
+  event->previous = inForce();
+  std::uint32_t const result = setTraced(record, now);
+  if (result != RC_OK || inForce() == event->previous) {
+    if (leapSecondLog().isLevelEnabled(3)) {
+      leapSecondLog().printLine(3, "Active UTC Leap Second has NOT changed.\n");
+    }
+    return result;
+  }
+  announce(event, now, makeCurrent);
+  return result;
+}
+
+void UtcLeapSecondStore::resetNormal(UtcLeapSecondRecord const* record) {
+  Guard const guard(mutex);
+  // Without a record the count survives.
+  normalSlot = record != nullptr
+                   ? *record
+                   : UtcLeapSecondRecord{LEAPSECOND_DEFAULT, normalSlot.current, 0, 0, 0, false};
+  updateEffectivity();
+  if (leapSecondLog().isLevelEnabled(3)) {
+    logReset(normalSlot);
+  }
+}
+
+boost::signals2::connection UtcLeapSecondStore::connect(UtcLeapSecondChangedSlot const& slot) {
+  return changed.connect(slot);
+}
+
+std::uint32_t UtcLeapSecondStore::SetLeapSecond(UtcLeapSecondRecord const& record) {
+  if (record == withdrawForcedRecord()) {
+    forcedSlot.source = LEAPSECOND_DEFAULT;
+    updateEffectivity();
+    return RC_OK;
+  }
+  UtcLeapSecondRecord& slot = record.source == LEAPSECOND_FORCED ? forcedSlot : normalSlot;
+  if (record == slot) {
+    return RC_OK;
+  }
+  LeapSecondVerdictE const verdict = compareLeapSecond(slot, record);
+  if (verdict != LEAPSECOND_ACCEPT) {
+    if (verdict != LEAPSECOND_SAME_DAY) {
+      logNotAccepted(record, slot);
+    }
+    return RC_LEAPSECOND_NOT_ACCEPTED;
+  }
+  // An unknown effectivity leaves nothing of the announcement.
+  slot = record.effectivityKnown
+             ? record
+             : UtcLeapSecondRecord{record.source, record.current, 0, 0, 0, false};
+  updateEffectivity();
+  return RC_OK;
+}
+
+std::uint32_t UtcLeapSecondStore::setTraced(UtcLeapSecondRecord const& record,
+                                            GPSTimeC const& now) {
+  if (!leapSecondLog().isLevelEnabled(3)) {
+    return SetLeapSecond(record);
+  }
+  logSetting(record, now);
+  std::uint32_t const result = SetLeapSecond(record);
+  leapSecondLog().printLine(3, "SetLeapSecond returns %d.\n", static_cast<int>(result));
+  return result;
+}
+
+void UtcLeapSecondStore::announce(boost::shared_ptr<UtcLeapSecondChanged> const& event,
+                                  GpsC const& now,
+                                  bool makeCurrent) {
+  event->current = inForce();
+  if (leapSecondLog().isLevelEnabled(3)) {
+    logChanged(event->current);
+  }
+  if (makeCurrent) {
+    carryOverPresent(now);
+  }
+  changed(event);
+}
+
+void UtcLeapSecondStore::updateEffectivity() {
+  UtcLeapSecondRecord const& record = inForce();
+  effectivity = GpsC(this);
+  if (record.effectivityKnown) {
+    effectivity += effectivityInstant(record);
+  } else if (record.week != 0 || record.day != 0) {
+    logAssertion();
+  }
+}
+
+}  // namespace
+
+LeapSecondProviderI* getDefaultLeapSecondProvider() {
+  return &leapSecondStore();
+}
+
+boost::signals2::connection connectUtcLeapSecondChanged(UtcLeapSecondChangedSlot const& slot) {
+  return leapSecondStore().connect(slot);
+}
+
+std::uint32_t setUtcLeapSecond(UtcLeapSecondRecord const& record, bool makeCurrent) {
+  if (!isValidLeapSecond(record)) {
+    return RC_INVALID_LEAPSECOND;
+  }
+  return leapSecondStore().setValid(record, makeCurrent);
+}
+
+std::uint32_t setUtcLeapSecond(std::int16_t current,
+                               std::int16_t future,
+                               std::uint16_t week,
+                               std::uint8_t day,
+                               LeapSecondSource source) {
+  return setUtcLeapSecond({source, current, future, week, day, week != 0 || day != 0}, true);
+}
+
+std::uint32_t setUtcLeapSecond(std::int16_t current,
+                               std::int16_t future,
+                               GPSTimeC const& firstDay,
+                               LeapSecondSource source) {
+  UtcLeapSecondRecord record{source, current, future, 0, 0, true};
+  setEffectivityDayBefore(record, firstDay);
+  return setUtcLeapSecond(record, true);
+}
+
+std::uint32_t setUtcLeapSecond(std::int16_t count) {
+  return setUtcLeapSecond(count, count, GPSTimeC(), LEAPSECOND_DEFAULT);
+}
+
+std::uint32_t resetSatelliteLeapSecond(UtcLeapSecondRecord const* record) {
+  if (record != nullptr && (!isValidLeapSecond(*record) || record->source == LEAPSECOND_FORCED)) {
+    logResetRefused(*record);
+    return RC_INVALID_LEAPSECOND;
+  }
+  leapSecondStore().resetNormal(record);
+  return RC_OK;
+}
+
+std::uint32_t getUtcLeapSecondAt(GpsC const& time, UtcLeapSecondRecord& record) {
+  return leapSecondStore().getLeapSecond(time, record, nullptr);
+}
+
+std::uint32_t getCurrentUtcLeapSecond(UtcLeapSecondRecord& record) {
+  return getUtcLeapSecondAt(GpsC::currentTime(), record);
+}
+
+std::uint32_t getNormalLeapSecond(UtcLeapSecondRecord& record) {
+  record = leapSecondStore().normalRecord();
+  return RC_OK;
+}
+
+std::int8_t getUtcLeapSecondsAt(GpsC const& time) {
+  return boost::numeric_cast<std::int8_t>(leapSecondStore().countAt(time));
+}
+
+}  // namespace KTX::TIM
