@@ -1,9 +1,11 @@
 # Thin fronts; the presets and scripts do the work.
-.PHONY: help test lint format tidy coverage package
+.PHONY: help test lint format tidy coverage package bench fuzz
 
 help:
 	@echo "make test      set up, build and run all tests: Linux, sanitizers, Windows under Wine"
 	@echo "make package   archives for Linux and Windows in dist/"
+	@echo "make bench     speed beside the peers, as ratios, in docs/PERFORMANCE.md"
+	@echo "make fuzz      fuzz every reader and rule, 10 minutes a target (SECONDS=n for another time)"
 	@echo "make lint      format check and clang-tidy"
 	@echo "make tidy      clang-tidy over the sources"
 	@echo "make format    format every C++ file"
@@ -32,3 +34,12 @@ coverage:
 package:
 	@tools/install_packages.sh
 	@tools/make_packages.sh
+
+bench:
+	@tools/install_packages.sh
+	@tools/run_benchmarks.sh
+
+SECONDS ?= 600
+fuzz:
+	@tools/install_packages.sh
+	@tools/run_fuzz.sh $(SECONDS)

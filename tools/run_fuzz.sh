@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# run_fuzz.sh SECONDS [TARGET...]: runs each fuzz target for SECONDS, one a core, and prints how many inputs each took.
+# Starts from the checked-in corpus; what is found stays in build/fuzz. Ends with 1 at the first target that fails.
+set -eu
+cd "$(dirname "$0")/.."
+seconds=$1
+shift
+cmake --preset fuzz
+cmake --build --preset fuzz -j "$(nproc)"
+if [ $# -eq 0 ]; then
+  for program in build/fuzz/bin/fuzz_*; do
+    set -- "$@" "$(basename "$program")"
+  done
+fi
+
+run_target() {
+  local target=$1 seconds=$2 name=${1#fuzz_} work
+  work=build/fuzz/work/$name
+  mkdir -p "$work/corpus"
+  if ! "build/fuzz/bin/$target" -max_total_time="$seconds" -print_final_stats=1 -artifact_prefix="$work/" \
+    "$work/corpus" "fuzz/corpus/$name" > "$work/log" 2>&1; then
+    echo "$target failed; its input and log are in $work"
+    tail -n 40 "$work/log"
+    return 1
+  fi
+  echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$work/log") inputs, no failure"
+}
+export -f run_target
+export UBSAN_OPTIONS=print_stacktrace=1
+printf '%s\n' "$@" | xargs -P "$(nproc)" -I{} bash -c 'run_target {} '"$seconds"
