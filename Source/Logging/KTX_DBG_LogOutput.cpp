@@ -1,0 +1,149 @@
+#include "KTX_DBG_LogOutput.h"
+
+#include <cerrno>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <system_error>
+
+// The one source file that sees spdlog.
+#include <spdlog/pattern_formatter.h>
+#include <spdlog/sinks/basic_file_sink.h>
+#include <spdlog/sinks/rotating_file_sink.h>
+#include <spdlog/sinks/stdout_sinks.h>
+
+#include "KTX_DBG_LogFault.h"
+
+namespace KTX::DBG {
+
+namespace {
+
+std::unique_ptr<spdlog::formatter> makeFormatter() {
+  // Time in UTC with microseconds, thread id, channel; the payload begins with the level.
+  return std::make_unique<spdlog::pattern_formatter>("%Y-%m-%dT%H:%M:%S.%fZ %t %n %v",
+                                                     spdlog::pattern_time_type::utc, "\n");
+}
+
+bool isRotatable(std::filesystem::path const& path) {
+  std::error_code error;
+  return std::filesystem::is_regular_file(path, error);
+}
+
+/// 0 if the file can be appended to; it is made, with its directory, where it is missing.
+int openError(std::filesystem::path const& path) {
+  std::error_code error;
+  std::filesystem::create_directories(path.parent_path(), error);
+  std::ofstream const stream(path, std::ios::app);
+  return stream.is_open() ? 0 : errno;
+}
+
+}  // namespace
+
+class LogOutputC::SinksC {
+ public:
+  explicit SinksC(LogSettingsC const& logSettings)
+      : settings(logSettings), path(std::filesystem::u8path(logSettings.file)) {
+    if (settings.isToStandardError) {
+      standardError = std::make_unique<spdlog::sinks::stderr_sink_st>();
+      standardError->set_formatter(makeFormatter());
+    }
+  }
+
+  void openFile() {
+    std::lock_guard<std::mutex> const guard(mutex);
+    if (!path.empty()) {
+      openFileIfClosed();
+    }
+  }
+
+  void write(spdlog::details::log_msg const& message) {
+    std::lock_guard<std::mutex> const guard(mutex);
+    if (standardError) {
+      attempt([&] { standardError->log(message); });
+    }
+    if (!path.empty()) {
+      attempt([&] { writeToFile(message); });
+    }
+  }
+
+  /// Runs what may throw.
+  template <typename Action>
+  void attempt(Action const& action) {
+    try {
+      action();
+    } catch (std::exception const& error) {
+      loss.tellOnce("log lines are lost (told once): ", error.what());
+    }
+  }
+
+ private:
+  void writeToFile(spdlog::details::log_msg const& message) {
+    openFileIfClosed();
+    try {
+      file->log(message);
+      file->flush();
+    } catch (...) {
+      // After a failed change of files the sink has no file: the next line opens anew.
+      file.reset();
+      throw;
+    }
+  }
+
+  void openFileIfClosed() {
+    if (file) {
+      return;
+    }
+    // Tried first without the sink, which would sleep between several attempts.
+    if (int const error = openError(path)) {
+      throw std::system_error(error, std::generic_category(),
+                              "cannot open \"" + settings.file + '"');
+    }
+    if (isRotatable(path)) {
+      file = std::make_unique<spdlog::sinks::rotating_file_sink_st>(
+          path.native(), settings.fileBytes, settings.fileCount - 1);
+    } else {
+      // To put a device or a pipe aside would be to rename it.
+      file = std::make_unique<spdlog::sinks::basic_file_sink_st>(path.native());
+    }
+    file->set_formatter(makeFormatter());
+  }
+
+  LogSettingsC const settings;
+  std::filesystem::path const path;
+  std::mutex mutex;
+  std::unique_ptr<spdlog::sinks::sink> standardError;
+  std::unique_ptr<spdlog::sinks::sink> file;
+  LogFaultC loss;
+};
+
+LogOutputC::LogOutputC(LogSettingsC const& settings) : sinks(std::make_unique<SinksC>(settings)) {}
+
+LogOutputC::~LogOutputC() = default;
+
+bool LogOutputC::openFile(std::string& fault) {
+  try {
+    sinks->openFile();
+    return true;
+  } catch (std::exception const& error) {
+    fault = error.what();
+    return false;
+  }
+}
+
+void LogOutputC::writeLine(std::string_view channelName,
+                           std::string_view level,
+                           std::string_view text) {
+  sinks->attempt([&] {
+    if (!text.empty() && text.back() == '\n') {
+      text.remove_suffix(1);
+    }
+    std::string line(level);
+    line += ' ';
+    line += text;
+    sinks->write(
+        {spdlog::string_view_t(channelName.data(), channelName.size()), spdlog::level::off, line});
+  });
+}
+
+}  // namespace KTX::DBG

@@ -1,0 +1,16 @@
+#ifndef KTX_DBG_LOGSYSTEM_H
+#define KTX_DBG_LOGSYSTEM_H
+
+#include <string>
+
+namespace KTX::DBG {
+
+/// Value of an environment variable in UTF-8 (on POSIX: as it is); empty where it is not set.
+std::string environmentText(char const* name);
+
+/// Keeps this library loaded until the process ends, because its log stays open until then.
+void stayLoaded();
+
+}  // namespace KTX::DBG
+
+#endif  // KTX_DBG_LOGSYSTEM_H

@@ -1,7 +1,0 @@
-namespace KTX::DBG {
-
-void placeholder();
-
-void placeholder() {}
-
-}  // namespace KTX::DBG

@@ -1,0 +1,79 @@
+#include "KTX_DBG_ProbeRun.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+#include "common/KTX_TIM_TempFolder.h"
+
+namespace KTX::DBG::TEST {
+
+namespace {
+
+#ifdef _WIN32
+
+std::filesystem::path probePath() {
+  return std::filesystem::path(_pgmptr).parent_path() / "logging_probe.exe";
+}
+
+void setKtxLog(char const* settingText) {
+  auto const wide = std::filesystem::u8path(settingText == nullptr ? "" : settingText).wstring();
+  _wputenv_s(L"KTX_LOG", wide.c_str());
+}
+
+// The command interpreter takes off the outer quotes.
+std::string commandLine(std::string const& command) {
+  return '"' + command + '"';
+}
+
+int exitStatus(int result) {
+  return result;
+}
+
+#else
+
+std::filesystem::path probePath() {
+  return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "logging_probe";
+}
+
+void setKtxLog(char const* settingText) {
+  if (settingText == nullptr) {
+    unsetenv("KTX_LOG");
+  } else {
+    setenv("KTX_LOG", settingText, 1);
+  }
+}
+
+std::string commandLine(std::string const& command) {
+  return command;
+}
+
+int exitStatus(int result) {
+  return WIFEXITED(result) ? WEXITSTATUS(result) : -1;
+}
+
+#endif
+
+// Text written through the C library has line ends of two characters on Windows.
+std::string readText(TIM::TEST::TempFolderC const& folder, char const* name) {
+  std::string text = folder.read(name);
+  text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+  return text;
+}
+
+}  // namespace
+
+ProbeRunC runProbe(char const* settingText, std::string const& arguments) {
+  TIM::TEST::TempFolderC const folder;
+  setKtxLog(settingText);
+  std::string const command = '"' + probePath().string() + "\" " + arguments + " > \"" +
+                              (folder.path() / "output").string() + "\" 2> \"" +
+                              (folder.path() / "errors").string() + '"';
+  ProbeRunC run;
+  run.status = exitStatus(std::system(commandLine(command).c_str()));
+  run.output = readText(folder, "output");
+  run.errors = readText(folder, "errors");
+  return run;
+}
+
+}  // namespace KTX::DBG::TEST
