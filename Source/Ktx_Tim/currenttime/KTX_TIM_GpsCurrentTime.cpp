@@ -1,0 +1,73 @@
+#include <string>
+
+#include "KTX/TIM/KTX_TIM_Gps.h"
+#include "KTX/TIM/KTX_TIM_Guard.h"
+#include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
+#include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "KTX/TIM/KTX_TIM_TimeLock.h"
+#include "KTX/TIM/KTX_TIM_Ymdhms.h"
+#include "currenttime/KTX_TIM_Present.h"
+#include "currenttime/KTX_TIM_SysTimeOffset.h"
+#include "support/KTX_TIM_LogChannels.h"
+#include "support/KTX_TIM_ThreadId.h"
+#include "values/KTX_TIM_DayNumber.h"
+
+namespace KTX::TIM {
+
+namespace {
+
+constexpr std::uint32_t FRAME_MS = 240000;
+constexpr std::int64_t LATEST_AHEAD_MS = 180000;
+constexpr std::int64_t EARLIEST_BEHIND_MS = 60000;
+
+// The calendar form of an instant in GPS time.
+YmdhmsC calendarOf(GPSTimeC const& time, std::uint32_t precision) {
+  return YmdhmsC(MjdTimeC(time), precision);
+}
+
+}  // namespace
+
+GpsC::GpsC(std::uint32_t msInFrame) : provider(getDefaultLeapSecondProvider()) {
+  makeToCurrentTime();
+  GPSTimeC const now = *this;
+  // The frame's milliseconds are not carried into the week, and wrap; both are meant.
+  setRaw(now.getWeek(), now.getMsOfWeek() / FRAME_MS * FRAME_MS + msInFrame);
+  if (now + LATEST_AHEAD_MS < *this) {
+    *this -= std::int64_t{FRAME_MS};
+  } else if (*this < now - EARLIEST_BEHIND_MS) {
+    *this += std::int64_t{FRAME_MS};
+  }
+}
+
+GpsC GpsC::currentTime() {
+  GpsC present;
+  present.makeToCurrentTime();
+  return present;
+}
+
+// The detour through calendar fields to milliseconds, and back, that this operation stands for
+// changes no millisecond, so it is not taken.
+void GpsC::makeToCurrentTime() {
+  Guard const guard(getTimeLock());
+  GpsC present(gpsTimeOf(presentUtc(SysTimeOffsetT::instance()).getDayNumber()));
+  present.utcToGps();
+  setRaw(present.getWeek(), present.getMsOfWeek());
+}
+
+std::uint32_t GpsC::makeToCurrentTime(std::int64_t noiseMs, std::int32_t precisionFlag) const {
+  YmdhmsC const observation = calendarOf(*this, precisionFlag == 1 ? 1 : 0);
+  if (timeLog().isLevelEnabled(0)) {
+    std::string const line =
+        currentThreadIdText() + " - GpsC makeToCurrentTime call to makeToCurrentTime:: GPSweek: " +
+        std::to_string(getWeek()) + " GPSmsecs: " + std::to_string(getMsOfWeek()) +
+        " noise (std. dev.): " + std::to_string(noiseMs);
+    timeLog().writeText(line.c_str());
+  }
+  return observation.makeToCurrentTime(noiseMs);
+}
+
+std::uint32_t GpsC::emitTimeSignal() const {
+  return calendarOf(*this, 1).emitTimeSignal();
+}
+
+}  // namespace KTX::TIM

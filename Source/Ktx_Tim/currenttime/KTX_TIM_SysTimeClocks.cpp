@@ -1,0 +1,21 @@
+#include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
+
+#include "KTX/TIM/KTX_TIM_LogAssert.h"
+#include "currenttime/KTX_TIM_SysTimeOffset.h"
+
+namespace KTX::TIM {
+
+void setSysTimeClocks(boost::shared_ptr<ClockI<boost::milli>> const& systemClock,
+                      boost::shared_ptr<ClockI<boost::milli>> const& steadyClock) {
+  if (!systemClock || !steadyClock) {
+    logAssertion();
+    return;
+  }
+  SysTimeOffsetT::setClocks(systemClock, steadyClock);
+}
+
+void resetSysTime() {
+  SysTimeOffsetT::reset();
+}
+
+}  // namespace KTX::TIM
