@@ -4,8 +4,8 @@
 #include <ostream>
 
 #include "values/KTX_TIM_TextBuffer.h"
-#include "values/KTX_TIM_WeekArithmetic.h"
 #include "values/KTX_TIM_WeekText.h"
+#include "values/KTX_TIM_WeekTime.h"
 
 namespace KTX::TIM {
 
@@ -98,11 +98,10 @@ GPSTimeC GPSTimeC::operator+(std::int64_t milliseconds) const {
 }
 
 GPSTimeC& GPSTimeC::operator+=(std::int64_t milliseconds) {
-  if (milliseconds < 0) {
-    takeMilliseconds(week, msOfWeek, magnitudeOf(milliseconds));
-  } else {
-    addMilliseconds(week, msOfWeek, magnitudeOf(milliseconds));
-  }
+  std::uint64_t const magnitude = magnitudeOf(milliseconds);
+  WeekTimeC const time{week, msOfWeek};
+  WeekTimeC const sum = milliseconds < 0 ? taken(time, magnitude) : added(time, magnitude);
+  setRaw(sum.week, sum.msOfWeek);
   return *this;
 }
 
@@ -113,11 +112,10 @@ GPSTimeC GPSTimeC::operator-(std::int64_t milliseconds) const {
 }
 
 GPSTimeC& GPSTimeC::operator-=(std::int64_t milliseconds) {
-  if (milliseconds < 0) {
-    addMilliseconds(week, msOfWeek, magnitudeOf(milliseconds));
-  } else {
-    takeMilliseconds(week, msOfWeek, magnitudeOf(milliseconds));
-  }
+  std::uint64_t const magnitude = magnitudeOf(milliseconds);
+  WeekTimeC const time{week, msOfWeek};
+  WeekTimeC const difference = milliseconds < 0 ? added(time, magnitude) : taken(time, magnitude);
+  setRaw(difference.week, difference.msOfWeek);
   return *this;
 }
 
