@@ -2,7 +2,10 @@
 //
 // Each object lives in the accessor of the file that owns it, so an earlier use is safe too. The
 // system's loader may hold its lock meanwhile: no registry, no waiting, no thread here.
+#include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
+#include "currenttime/KTX_TIM_SysTimeOffset.h"
+#include "currenttime/KTX_TIM_TimeSignals.h"
 #include "support/KTX_TIM_LogChannels.h"
 
 namespace KTX::TIM {
@@ -12,6 +15,10 @@ namespace {
 bool startLibrary() {
   openLogChannels();
   getTimeLock();
+  getDefaultLeapSecondProvider();
+  timeCorrectedSignal();
+  timeSignal();
+  SysTimeOffsetT::instance();
   return true;
 }
 
