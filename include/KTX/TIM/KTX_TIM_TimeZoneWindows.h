@@ -7,6 +7,7 @@
 #include <boost/signals2/signal.hpp>
 
 #include "KTX/TIM/KTX_TIM_Api.h"
+#include "KTX/TIM/KTX_TIM_Mutex.h"
 #include "KTX/TIM/KTX_TIM_TimeZone.h"
 
 namespace KTX::TIM {
@@ -48,8 +49,18 @@ class KTX_TIM_API TimeZoneWindowsC : public TimeZoneC {
                                 std::wstring& resolved) override;
 
  private:
-  std::wstring timeZoneName;
+  std::wstring currentTimeZoneName();
+  std::wstring heldName() const;
+  std::wstring takeHeldName();
+  void holdName(std::wstring const& name);
+  std::wstring holdNameIfNone(std::wstring const& name);
+  void emitTimeZoneChanged();
+
+  std::wstring timeZoneName KTX_TIM_GUARDED_BY(nameMutex);
   boost::signals2::signal<void()> timeZoneChanged;
+  bool hasSignal = true;
+  // The innermost lock: nothing is called while it is held.
+  mutable Mutex nameMutex;
 };
 
 }  // namespace KTX::TIM
