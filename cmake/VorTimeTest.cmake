@@ -74,6 +74,17 @@ function(vortime_add_unit_test name)
   target_link_libraries(${name} PRIVATE vortime_objects vortime_test_common)
 endfunction()
 
+# vortime_add_lock_order_test(<name> <file>... [ENVIRONMENT VAR=VALUE...] [TIMEOUT seconds]):
+# a unit test whose Mutex tells LockOrderC of every lock taken.
+function(vortime_add_lock_order_test name)
+  _vortime_add_test_program(${name} ${ARGN})
+  target_sources(${name} PRIVATE $<FILTER:$<TARGET_OBJECTS:vortime_objects>,EXCLUDE,/KTX_TIM_Mutex[.]cpp[.]>)
+  foreach(_property COMPILE_DEFINITIONS INCLUDE_DIRECTORIES)
+    set_property(TARGET ${name} APPEND PROPERTY ${_property} $<TARGET_PROPERTY:vortime_objects,INTERFACE_${_property}>)
+  endforeach()
+  target_link_libraries(${name} PRIVATE vortime_test_common vortime_test_lock_order vortime::boost)
+endfunction()
+
 # vortime_add_library_test(<name> <file>... [ENVIRONMENT VAR=VALUE...] [TIMEOUT seconds]):
 # a test program that uses the built libraries as any application does.
 function(vortime_add_library_test name)

@@ -1,0 +1,63 @@
+#ifndef KTX_TIM_ALLOCATIONFAULT_H
+#define KTX_TIM_ALLOCATIONFAULT_H
+
+#include <cstddef>
+#include <new>
+
+namespace KTX::TIM::TEST {
+
+/// Watches the memory that the calling thread takes with operator new while it exists, and may let
+/// one allocation fail. Scopes of one thread nest; the innermost watches.
+///
+/// Only a program that links vortime_test_allocations has the operator new that reports here.
+class AllocationWatchC {
+ public:
+  /// Lets the n-th allocation from now on throw std::bad_alloc, 1 being the next; 0 for none.
+  explicit AllocationWatchC(std::size_t failing = 0);
+  ~AllocationWatchC();
+  AllocationWatchC(AllocationWatchC const&) = delete;
+  AllocationWatchC& operator=(AllocationWatchC const&) = delete;
+
+  std::size_t allocationCount() const { return allocations; }
+  /// Blocks taken less blocks given back: positive for a leak.
+  std::ptrdiff_t balance() const { return taken; }
+  bool hasFailed() const { return isSpent; }
+
+  // For operator new and delete of the calling thread.
+  static bool beginAllocation();
+  static void freed();
+
+ private:
+  AllocationWatchC* const previous;
+  std::size_t const failingAllocation;
+  std::size_t allocations = 0;
+  std::ptrdiff_t taken = 0;
+  bool isSpent = false;
+};
+
+/// Runs operation again and again, its first allocation failing, its second, and so on, until it
+/// ends without a failure; check(balance) runs after each failed one. Returns how many failed.
+template <class OperationT, class CheckT>
+std::size_t sweepAllocationFaults(OperationT const& operation, CheckT const& check) {
+  for (std::size_t failing = 1;; ++failing) {
+    std::ptrdiff_t balance = 0;
+    bool hasFailed = false;
+    {
+      AllocationWatchC const watch(failing);
+      try {
+        operation();
+      } catch (std::bad_alloc const&) {
+      }
+      balance = watch.balance();
+      hasFailed = watch.hasFailed();
+    }
+    if (!hasFailed) {
+      return failing - 1;
+    }
+    check(balance);
+  }
+}
+
+}  // namespace KTX::TIM::TEST
+
+#endif  // KTX_TIM_ALLOCATIONFAULT_H
