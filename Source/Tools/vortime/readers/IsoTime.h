@@ -1,0 +1,18 @@
+#ifndef KTX_VORTIME_ISOTIME_H
+#define KTX_VORTIME_ISOTIME_H
+
+#include <cstddef>
+#include <string_view>
+
+#include "readers/CivilTime.h"
+
+namespace KTX::VORTIME {
+
+/// Reads "2014-08-01T00:00:00", with or without a fraction, at the start of text. Returns how many
+/// characters it takes, 0 for a text that begins otherwise or names no date or time of day (second
+/// 60 included). A time base letter is left in the text.
+std::size_t readIsoTime(std::string_view text, CivilTimeC& time);
+
+}  // namespace KTX::VORTIME
+
+#endif  // KTX_VORTIME_ISOTIME_H

@@ -1,0 +1,262 @@
+#include "readers/NmeaReader.h"
+
+#include <array>
+#include <cstdint>
+
+#include "readers/TextNumber.h"
+
+namespace KTX::VORTIME {
+namespace {
+
+constexpr std::size_t MAX_FIELDS = 20;
+constexpr std::size_t ADDRESS_LENGTH = 5;  // two characters of the talker, three of the type
+
+using FieldsT = std::array<std::string_view, MAX_FIELDS>;
+
+enum SentenceEndE { END_OF_TEXT, END_AT_CHECKSUM, END_AT_INTRUDER };
+
+// Splits at commas; fields beyond the last one stay empty.
+FieldsT splitFields(std::string_view body) {
+  FieldsT fields;
+  std::size_t index = 0;
+  while (index + 1 < MAX_FIELDS) {
+    std::size_t const comma = body.find(',');
+    if (comma == std::string_view::npos) {
+      break;
+    }
+    fields[index++] = body.substr(0, comma);
+    body.remove_prefix(comma + 1);
+  }
+  fields[index] = body;
+  return fields;
+}
+
+int hexDigit(char c) {
+  if (c >= '0' && c <= '9') {
+    return c - '0';
+  }
+  if (c >= 'A' && c <= 'F') {
+    return c - 'A' + 10;
+  }
+  if (c >= 'a' && c <= 'f') {
+    return c - 'a' + 10;
+  }
+  return -1;
+}
+
+std::string_view addressOf(std::string_view body) {
+  std::size_t length = 0;
+  while (length < body.size() && length < 12 &&
+         ((body[length] >= 'A' && body[length] <= 'Z') ||
+          (body[length] >= '0' && body[length] <= '9'))) {
+    ++length;
+  }
+  bool const isWhole = length == body.size() || body[length] == ',';
+  return isWhole ? body.substr(0, length) : std::string_view();
+}
+
+std::int32_t twoDigits(std::string_view text, std::size_t at) {
+  char const tens = text[at];
+  char const ones = text[at + 1];
+  if (tens < '0' || tens > '9' || ones < '0' || ones > '9') {
+    return -1;
+  }
+  return (tens - '0') * 10 + (ones - '0');
+}
+
+std::int32_t fullYear(std::int32_t twoDigitYear) {
+  return twoDigitYear + (twoDigitYear >= 80 ? 1900 : 2000);
+}
+
+// hhmmss, with or without a decimal point and digits after it.
+RefusalE readTime(std::string_view field, CivilTimeC& time) {
+  if (field.empty()) {
+    return REFUSAL_NO_TIME;
+  }
+  if (field.size() < 6 || (field.size() > 6 && field[6] != '.')) {
+    return REFUSAL_BAD_TIME;
+  }
+  time.hour = twoDigits(field, 0);
+  time.minute = twoDigits(field, 2);
+  time.second = twoDigits(field, 4);
+  if (field.size() > 7 && !readFraction(field.substr(7), time.nanosecond)) {
+    return REFUSAL_BAD_TIME;
+  }
+  bool const isTime = time.hour >= 0 && time.hour < 24 && time.minute >= 0 && time.minute < 60 &&
+                      time.second >= 0 && time.second <= 60;
+  return isTime ? REFUSAL_NONE : REFUSAL_BAD_TIME;
+}
+
+// ddmmyy
+RefusalE readShortDate(std::string_view field, CivilTimeC& time) {
+  if (field.empty()) {
+    return REFUSAL_NO_DATE;
+  }
+  if (field.size() != 6) {
+    return REFUSAL_BAD_DATE;
+  }
+  std::int32_t const year = twoDigits(field, 4);
+  time.day = twoDigits(field, 0);
+  time.month = twoDigits(field, 2);
+  time.year = fullYear(year);
+  return year >= 0 && isDate(time.year, time.month, time.day) ? REFUSAL_NONE : REFUSAL_BAD_DATE;
+}
+
+RefusalE readLongDate(FieldsT const& fields, CivilTimeC& time, std::uint32_t& signs) {
+  if (fields[2].empty() && fields[3].empty() && fields[4].empty()) {
+    return REFUSAL_NO_DATE;
+  }
+  std::int64_t day = 0;
+  std::int64_t month = 0;
+  std::int64_t year = 0;
+  if (fields[2].size() > 2 || fields[3].size() > 2 || !readDigits(fields[2], day) ||
+      !readDigits(fields[3], month) || !readDigits(fields[4], year)) {
+    return REFUSAL_BAD_DATE;
+  }
+  if (fields[4].size() == 2) {
+    signs |= SIGN_TWO_DIGIT_YEAR;
+    year = fullYear(static_cast<std::int32_t>(year));
+  } else if (fields[4].size() != 4) {
+    return REFUSAL_BAD_DATE;
+  }
+  time.day = static_cast<std::int32_t>(day);
+  time.month = static_cast<std::int32_t>(month);
+  time.year = static_cast<std::int32_t>(year);
+  return isDate(time.year, time.month, time.day) ? REFUSAL_NONE : REFUSAL_BAD_DATE;
+}
+
+}  // namespace
+
+struct NmeaReaderC::SentenceC {
+  std::string_view address;
+  std::string_view body;  ///< between the start and the checksum
+  bool hasChecksum = false;
+  MessagePlaceC const& place;
+
+  bool isType(std::string_view type) const {
+    return address.size() == ADDRESS_LENGTH && address[0] != 'P' && address.substr(2) == type;
+  }
+
+  TimeEventC event(EventKindE kind) const {
+    TimeEventC event;
+    event.kind = kind;
+    event.format = FORMAT_NMEA;
+    event.message = address;
+    event.offset = place.offset;
+    event.line = place.line;
+    event.hasHostTime = place.hasHostTime;
+    event.hostUnixMs = place.hostUnixMs;
+    event.signs = hasChecksum ? SIGN_NONE : SIGN_NO_CHECKSUM;
+    return event;
+  }
+};
+
+NmeaReaderC::NmeaReaderC(TimeEventSinkI& eventSink, ReadCountsC& readCounts)
+    : sink(eventSink), counts(readCounts) {}
+
+std::size_t NmeaReaderC::read(std::string_view text, MessagePlaceC const& place) {
+  unsigned sum = 0;
+  std::size_t at = 1;
+  SentenceEndE end = END_OF_TEXT;
+  for (; at < text.size(); ++at) {
+    unsigned const c = static_cast<unsigned char>(text[at]);
+    if (c == '*') {
+      end = END_AT_CHECKSUM;
+      break;
+    }
+    if (c == '$' || c < 0x20 || c >= 0x7F) {
+      end = c == '\r' ? END_OF_TEXT : END_AT_INTRUDER;
+      break;
+    }
+    sum ^= c;
+  }
+
+  std::string_view const body = text.substr(1, at - 1);
+  SentenceC const sentence{addressOf(body), body, end == END_AT_CHECKSUM, place};
+  ++counts.sentences;
+  if (end == END_AT_CHECKSUM) {
+    hasSeenChecksum = true;
+    int const high = at + 1 < text.size() ? hexDigit(text[at + 1]) : -1;
+    int const low = at + 2 < text.size() ? hexDigit(text[at + 2]) : -1;
+    if (high < 0 || low < 0) {
+      ++counts.badChecksums;
+      refuse(sentence, REFUSAL_BAD_CHECKSUM);
+      return at + 1;
+    }
+    if (static_cast<unsigned>(high * 16 + low) != sum) {
+      ++counts.badChecksums;
+      refuse(sentence, REFUSAL_BAD_CHECKSUM);
+    } else {
+      decode(sentence);
+    }
+    return at + 3;
+  }
+  ++counts.withoutChecksum;
+  // Where others carry a checksum, a sentence without one has lost its end.
+  if (end == END_AT_INTRUDER || hasSeenChecksum) {
+    refuse(sentence, REFUSAL_CUT);
+  } else {
+    decode(sentence);
+  }
+  return at;
+}
+
+void NmeaReaderC::refuse(SentenceC const& sentence, RefusalE refusal) {
+  TimeEventC event = sentence.event(EVENT_TIME);
+  event.refusal = refusal;
+  sink.onEvent(event);
+}
+
+void NmeaReaderC::decode(SentenceC const& sentence) {
+  counts.countMessage(sentence.address.empty() ? "unnamed" : sentence.address);
+  if (sentence.isType("RMC")) {
+    decodeRmc(sentence);
+  } else if (sentence.isType("ZDA")) {
+    decodeZda(sentence);
+  } else if (sentence.isType("GGA")) {
+    decodeGga(sentence);
+  }
+}
+
+void NmeaReaderC::decodeRmc(SentenceC const& sentence) {
+  FieldsT const fields = splitFields(sentence.body);
+  TimeEventC event = sentence.event(EVENT_TIME);
+  RefusalE const time = readTime(fields[1], event.utc);
+  RefusalE const date = readShortDate(fields[9], event.utc);
+  if (time == REFUSAL_NONE && date == REFUSAL_NONE) {
+    event.timeForm = TIMEFORM_UTC;
+  }
+  hasNoFix = fields[2] != "A";
+  if (hasNoFix) {
+    event.refusal = REFUSAL_VOID;
+  } else if (time != REFUSAL_NONE || date != REFUSAL_NONE) {
+    event.refusal = time != REFUSAL_NONE ? time : date;
+  } else if (event.utc.second == 60) {
+    event.refusal = REFUSAL_LEAP_SECOND;
+  }
+  sink.onEvent(event);
+}
+
+void NmeaReaderC::decodeZda(SentenceC const& sentence) {
+  FieldsT const fields = splitFields(sentence.body);
+  TimeEventC event = sentence.event(EVENT_TIME);
+  RefusalE const time = readTime(fields[1], event.utc);
+  RefusalE const date = readLongDate(fields, event.utc, event.signs);
+  if (time == REFUSAL_NONE && date == REFUSAL_NONE) {
+    event.timeForm = TIMEFORM_UTC;
+    event.signs |= hasNoFix ? SIGN_NO_FIX : SIGN_NONE;
+    event.refusal = event.utc.second == 60 ? REFUSAL_LEAP_SECOND : REFUSAL_NONE;
+  } else {
+    event.refusal = time != REFUSAL_NONE ? time : date;
+  }
+  sink.onEvent(event);
+}
+
+void NmeaReaderC::decodeGga(SentenceC const& sentence) {
+  FieldsT const fields = splitFields(sentence.body);
+  if (!fields[6].empty()) {
+    hasNoFix = fields[6] == "0";
+  }
+}
+
+}  // namespace KTX::VORTIME

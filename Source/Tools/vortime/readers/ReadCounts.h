@@ -1,0 +1,45 @@
+#ifndef KTX_VORTIME_READCOUNTS_H
+#define KTX_VORTIME_READCOUNTS_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace KTX::VORTIME {
+
+/// Counts what a reader saw, whole and damaged, used and unused.
+class ReadCountsC {
+ public:
+  /// A kind of message and how many of it were whole.
+  struct MessageC {
+    std::array<char, 16> name;  ///< with a closing zero
+    std::uint64_t count;
+  };
+
+  std::uint64_t bytes = 0;
+  std::uint64_t lines = 0;
+  std::uint64_t sentences = 0;  ///< NMEA sentences, damaged ones included
+  std::uint64_t frames = 0;     ///< UBX frames, damaged ones included
+  std::uint64_t reports = 0;    ///< gpsd reports
+  std::uint64_t headers = 0;    ///< RINEX headers
+  std::uint64_t badChecksums = 0;
+  std::uint64_t withoutChecksum = 0;
+
+  /// Adds one whole message. Names beyond the first 63 kinds are counted as "other".
+  void countMessage(std::string_view name);
+
+  std::size_t messageKinds() const { return used; }
+  MessageC const& message(std::size_t index) const { return table[index]; }
+  std::uint64_t messageCount(std::string_view name) const;
+
+ private:
+  static constexpr std::size_t CAPACITY = 64;
+
+  std::array<MessageC, CAPACITY> table = {};
+  std::size_t used = 0;
+};
+
+}  // namespace KTX::VORTIME
+
+#endif  // KTX_VORTIME_READCOUNTS_H

@@ -1,0 +1,53 @@
+#ifndef KTX_VORTIME_STREAMREADER_H
+#define KTX_VORTIME_STREAMREADER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "readers/GpsdReader.h"
+#include "readers/MessagePlace.h"
+#include "readers/NmeaReader.h"
+#include "readers/ReadCounts.h"
+#include "readers/RinexReader.h"
+#include "readers/TimeEvent.h"
+#include "readers/UbxReader.h"
+
+namespace KTX::VORTIME {
+
+/// Finds the messages of one input by their content and hands them to their readers: NMEA
+/// sentences and UBX frames in any mixture, gpsd reports, lines with the host's time of arrival,
+/// or a RINEX file. Everything else is passed over.
+class StreamReaderC {
+ public:
+  /// Both must outlive the reader.
+  StreamReaderC(TimeEventSinkI& eventSink, ReadCountsC& readCounts);
+
+  /// Reads the messages that are whole in data and returns how many bytes are done with; the rest
+  /// must be given again, with more behind it. With isLast nothing follows and all is read.
+  std::size_t read(std::string_view data, bool isLast);
+
+ private:
+  std::size_t readRinex(std::string_view data, bool isLast);
+  std::size_t readMixed(std::string_view data, bool isLast);
+  std::size_t readAtLineStart(std::string_view rest, bool isLast);
+  std::size_t readMessage(std::string_view rest, bool isLast);
+  std::size_t readSentence(std::string_view rest, bool isLast);
+  std::size_t readFrame(std::string_view rest, bool isLast);
+  void endLine();
+
+  ReadCountsC& counts;
+  NmeaReaderC nmea;
+  UbxReaderC ubx;
+  GpsdReaderC gpsd;
+  RinexReaderC rinex;
+  MessagePlaceC place;  ///< of the byte that is read next
+  bool isAtStart = true;
+  bool isRinex = false;
+  bool isAtLineStart = true;
+  std::size_t hostTextLength = 0;  ///< what is left of the receiver's text on a line with host time
+};
+
+}  // namespace KTX::VORTIME
+
+#endif  // KTX_VORTIME_STREAMREADER_H

@@ -1,0 +1,37 @@
+#ifndef KTX_VORTIME_UBXREADER_H
+#define KTX_VORTIME_UBXREADER_H
+
+#include <cstddef>
+#include <string_view>
+
+#include "readers/MessagePlace.h"
+#include "readers/ReadCounts.h"
+#include "readers/TimeEvent.h"
+
+namespace KTX::VORTIME {
+
+/// Reads UBX frames: NAV-TIMEGPS, NAV-TIMEUTC, NAV-TIMELS and NAV-PVT, and the checksum of all.
+class UbxReaderC {
+ public:
+  /// The longest payload that is believed; a longer one is taken for damage.
+  static constexpr std::size_t MAX_PAYLOAD = 8192;
+
+  /// Both must outlive the reader.
+  UbxReaderC(TimeEventSinkI& eventSink, ReadCountsC& readCounts);
+
+  /// Reads the frame that data begins with; data begins with the two sync characters. Returns how
+  /// many bytes to go on: the frame, or less after damage, so that a frame inside is found. 0 when
+  /// the frame is not there whole and isLast is false.
+  std::size_t read(std::string_view data, MessagePlaceC const& place, bool isLast);
+
+ private:
+  void refuse(std::string_view name, MessagePlaceC const& place, RefusalE refusal);
+  void decode(unsigned type, std::string_view payload, MessagePlaceC const& place);
+
+  TimeEventSinkI& sink;
+  ReadCountsC& counts;
+};
+
+}  // namespace KTX::VORTIME
+
+#endif  // KTX_VORTIME_UBXREADER_H
