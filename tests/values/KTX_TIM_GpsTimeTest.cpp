@@ -1,0 +1,168 @@
+#include "KTX/TIM/KTX_TIM_GpsTime.h"
+
+#include <iomanip>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "KTX/TIM/KTX_TIM_Ymdhms.h"
+#include "common/KTX_TIM_LogCapture.h"
+#include "values/KTX_TIM_ScriptedProvider.h"
+
+namespace KTX::TIM::TEST {
+namespace {
+
+GpsC gpsAt(LeapSecondProviderI& provider, GPSTimeC const& time) {
+  GpsC value(&provider);
+  static_cast<GPSTimeC&>(value) = time;
+  return value;
+}
+
+// The only ways to give a GpsTimeC a provider of its own are the assignments of the base class.
+GpsTimeC gpsTimeAt(LeapSecondProviderI& provider, GPSTimeC const& time, TimeBaseE timeBase) {
+  GpsTimeC value;
+  static_cast<GpsC&>(value) = gpsAt(provider, time);
+  value.setTimeBase(timeBase);
+  return value;
+}
+
+TEST(GpsTime, StartsAtTheEpochInGpsTime) {
+  GpsTimeC const time;
+  EXPECT_EQ(GPSTimeC(0, 0), time);
+  EXPECT_EQ(TIMEBASE_GPS, time.getTimeBase());
+  EXPECT_EQ(getDefaultLeapSecondProvider(), time.getLeapSecondProvider());
+}
+
+TEST(GpsTime, IsGpsTimeWhenBuiltFromAPlainInstant) {
+  GpsTimeC const time(GPSTimeC(7, 8));
+  EXPECT_EQ(GPSTimeC(7, 8), time);
+  EXPECT_EQ(TIMEBASE_GPS, time.getTimeBase());
+}
+
+TEST(GpsTime, DropsTheProviderOfAGps) {
+  ScriptedProviderC stub({unknownAnswer(5, 5)});
+  GpsTimeC const time(gpsAt(stub, {2000, 8}));
+  EXPECT_EQ(18, time.getLeapSeconds());
+  EXPECT_EQ(TIMEBASE_GPS, time.getTimeBase());
+  EXPECT_TRUE(stub.queries.empty());
+}
+
+TEST(GpsTime, CopiesAllFourFields) {
+  ScriptedProviderC stub({unknownAnswer(5, 5)});
+  GpsTimeC const time = gpsTimeAt(stub, {7, 8}, TIMEBASE_LOCAL);
+  GpsTimeC const copy(time);
+  GpsTimeC assigned;
+  assigned = time;
+  for (GpsTimeC const* other : {&copy, static_cast<GpsTimeC const*>(&assigned)}) {
+    EXPECT_EQ(GPSTimeC(7, 8), *other);
+    EXPECT_EQ(&stub, other->getLeapSecondProvider());
+    EXPECT_EQ(TIMEBASE_LOCAL, other->getTimeBase());
+  }
+}
+
+TEST(GpsTime, AssignmentOfAPlainInstantKeepsTheProvider) {
+  ScriptedProviderC stub({unknownAnswer(5, 5)});
+  GpsTimeC time = gpsTimeAt(stub, {7, 8}, TIMEBASE_UTC);
+  time = GPSTimeC(1, 2);
+  EXPECT_EQ(GPSTimeC(1, 2), time);
+  EXPECT_EQ(TIMEBASE_GPS, time.getTimeBase());
+  EXPECT_EQ(&stub, time.getLeapSecondProvider());
+}
+
+TEST(GpsTime, AssignmentOfAGpsIsThatOfAPlainInstant) {
+  ScriptedProviderC kept({unknownAnswer(5, 5)});
+  ScriptedProviderC other({unknownAnswer(6, 6)});
+  GpsTimeC time = gpsTimeAt(kept, {7, 8}, TIMEBASE_UTC);
+  time = gpsAt(other, {1, 2});
+  EXPECT_EQ(GPSTimeC(1, 2), time);
+  EXPECT_EQ(TIMEBASE_GPS, time.getTimeBase());
+  EXPECT_EQ(&kept, time.getLeapSecondProvider());
+}
+
+TEST(GpsTime, KeepsItsProviderAsAGps) {
+  ScriptedProviderC stub({unknownAnswer(5, 5)});
+  GpsC const time(gpsTimeAt(stub, {7, 8}, TIMEBASE_UTC));
+  EXPECT_EQ(&stub, time.getLeapSecondProvider());
+}
+
+TEST(GpsTime, TakesTheBaseOfADayNumber) {
+  for (TimeBaseE const base : {TIMEBASE_INV, TIMEBASE_GPS, TIMEBASE_UTC, TIMEBASE_LOCAL}) {
+    GpsTimeC const time(MjdTimeC(44251.5, base));
+    EXPECT_EQ(GPSTimeC(1, 43200000), time);
+    EXPECT_EQ(base, time.getTimeBase());
+  }
+}
+
+TEST(GpsTime, CarriesADayNumberThatRoundsUpToAWholeWeek) {
+  double const tiny = 1.0 / (1LL << 37);
+  EXPECT_EQ(GPSTimeC(1, 0), GpsTimeC(MjdTimeC(44251 - tiny)));
+}
+
+TEST(GpsTime, WrapsDayNumbersBeforeTheEpoch) {
+  EXPECT_EQ(GPSTimeC(65535, 561600000), GpsTimeC(MjdTimeC(44243.5)));
+}
+
+TEST(GpsTime, TakesACalendarValue) {
+  YmdhmsC calendar = YmdhmsC::zero(TIMEBASE_LOCAL);
+  calendar.year = 1980;
+  calendar.month = 1;
+  calendar.day = 6;
+  calendar.second = 1;
+  GpsTimeC const time(calendar);
+  EXPECT_EQ(GPSTimeC(0, 1000), time);
+  EXPECT_EQ(TIMEBASE_LOCAL, time.getTimeBase());
+}
+
+TEST(GpsTime, ComparesWithoutTheTimeBase) {
+  ScriptedProviderC stub({unknownAnswer(5, 5)});
+  GpsTimeC const utc = gpsTimeAt(stub, {5, 1}, TIMEBASE_UTC);
+  GpsTimeC const gps(GPSTimeC(5, 1));
+  EXPECT_TRUE(utc == gps);
+  EXPECT_FALSE(utc != gps);
+  EXPECT_FALSE(utc < gps);
+  EXPECT_TRUE(utc <= gps);
+}
+
+TEST(GpsTime, RelabelsWithoutConverting) {
+  GpsTimeC time(GPSTimeC(5, 1));
+  time.setTimeBase(TIMEBASE_UTC);
+  EXPECT_EQ(GPSTimeC(5, 1), time);
+  EXPECT_EQ(TIMEBASE_UTC, time.getTimeBase());
+}
+
+TEST(GpsTime, KeepsItsBaseWhenAShiftFails) {
+  LogCaptureC const log;
+  ScriptedProviderC stub({failure(7)});
+  GpsTimeC time = gpsTimeAt(stub, {5, 1}, TIMEBASE_GPS);
+  time.gpsToUtc();
+  EXPECT_EQ(GPSTimeC(5, 1), time);
+  EXPECT_EQ(TIMEBASE_GPS, time.getTimeBase());
+  EXPECT_EQ(1U, log.assertionCount());
+}
+
+TEST(GpsTime, WritesItsBase) {
+  struct {
+    std::int32_t base;
+    char const* text;
+  } const cases[] = {{-1, "week: 1929 msec: 604799999 base: TIMEBASE_INV"},
+                     {0, "week: 1929 msec: 604799999 base: TIMEBASE_GPS"},
+                     {2, "week: 1929 msec: 604799999 base: TIMEBASE_LOCAL"},
+                     {7, "week: 1929 msec: 604799999 base: UNKNOWN"}};
+  for (auto const& c : cases) {
+    GpsTimeC time(GPSTimeC(1929, 604799999));
+    time.setTimeBase(static_cast<TimeBaseE>(c.base));
+    std::ostringstream stream;
+    stream << std::hex << std::setfill('*') << std::setw(80) << time;
+    EXPECT_EQ(c.text, stream.str());
+  }
+}
+
+TEST(GpsTime, IsWrittenAsAGpsWithoutItsBase) {
+  std::ostringstream stream;
+  stream << GpsC(3, 4);
+  EXPECT_EQ("week: 3 msec: 4", stream.str());
+}
+
+}  // namespace
+}  // namespace KTX::TIM::TEST
