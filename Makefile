@@ -1,9 +1,10 @@
 # Thin fronts; the presets and scripts do the work.
-.PHONY: help test lint format tidy coverage package bench fuzz
+.PHONY: help test lint format tidy coverage package bench fuzz docs
 
 help:
 	@echo "make test      set up, build and run all tests: Linux, sanitizers, Windows under Wine"
 	@echo "make package   archives for Linux and Windows in dist/"
+	@echo "make docs      interface reference in build/docs/html"
 	@echo "make bench     speed beside the peers, as ratios, in docs/PERFORMANCE.md"
 	@echo "make fuzz      fuzz every reader and rule, 10 minutes a target (SECONDS=n for another time)"
 	@echo "make lint      format check and clang-tidy"
@@ -43,3 +44,7 @@ SECONDS ?= 600
 fuzz:
 	@tools/install_packages.sh
 	@tools/run_fuzz.sh $(SECONDS)
+
+docs:
+	@tools/install_packages.sh
+	@tools/build_docs.sh
