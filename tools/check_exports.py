@@ -2,8 +2,10 @@
 """Checks the export table of a DLL against its .def file and against the frozen list of ordinals.
 
 check_exports.py OBJDUMP DLL DEF [--frozen FILE] [--imports NAME:ordinal,ordinal,...]
+                 [--same SYMBOL,SYMBOL]
 
-A frozen list holds one "ordinal symbol" pair a line, for every ordinal that a release has shipped.
+A frozen list holds one "ordinal symbol" pair a line, for every ordinal that a release has shipped. The symbols after
+--same must be one function under several ordinals.
 """
 import argparse
 import re
@@ -27,10 +29,10 @@ def read_def(path):
 
 
 def read_dll(objdump, path):
-    """Returns the exported ordinals, the exported names and the imports of each library."""
+    """Returns the address of each exported ordinal, the exported names and the imports of each library."""
     text = subprocess.run([objdump, "-p", path], check=True, capture_output=True, text=True).stdout
     exports = text[text.find("The Export Tables"):text.find("The Function Table")]
-    ordinals = {int(match[1]) for match in re.finditer(r"\[ *\d+\] \+base\[ *(\d+)\] ", exports)}
+    ordinals = {int(match[1]): match[2] for match in re.finditer(r"\[ *\d+\] \+base\[ *(\d+)\] ([0-9a-f]+)", exports)}
     names = re.findall(r"^\t\[ *\d+\] (\S+)$", exports[exports.find("[Ordinal/Name Pointer] Table"):], re.M)
     imports = {}
     for block in text.split("DLL Name: ")[1:]:
@@ -59,8 +61,8 @@ def check_exports(entries, ordinals, names, deffile):
         data = " DATA" if name.startswith(("_ZTV", "_ZTI")) else ""
         bad.append(f"exported by name, no ordinal yet; add:  {name} @{free + offset} NONAME{data}")
     if not names:
-        bad += [f"ordinal {ordinal} is exported but not in {deffile}" for ordinal in sorted(ordinals - set(listed))]
-    bad += [f"ordinal {ordinal} ({listed[ordinal]}) is not exported" for ordinal in sorted(set(listed) - ordinals)]
+        bad += [f"ordinal {ordinal} is exported but not in {deffile}" for ordinal in sorted(set(ordinals) - set(listed))]
+    bad += [f"ordinal {ordinal} ({listed[ordinal]}) is not exported" for ordinal in sorted(set(listed) - set(ordinals))]
     return bad
 
 
@@ -84,6 +86,14 @@ def check_imports(imports, wanted):
     return [f"imports from {library}: {found}"]
 
 
+def check_same(entries, ordinals, symbols):
+    wanted = symbols.split(",")
+    addresses = [ordinals.get(ordinal) for ordinal, _, public in entries if public in wanted]
+    if len(addresses) == len(wanted) and len(set(addresses)) == 1:
+        return []
+    return [f"{symbols} have the addresses {addresses}, wanted is one"]
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("objdump")
@@ -91,6 +101,7 @@ def main():
     parser.add_argument("deffile")
     parser.add_argument("--frozen")
     parser.add_argument("--imports")
+    parser.add_argument("--same")
     arguments = parser.parse_args()
     entries = read_def(arguments.deffile)
     ordinals, names, imports = read_dll(arguments.objdump, arguments.dll)
@@ -99,6 +110,8 @@ def main():
         bad += check_frozen(entries, arguments.frozen)
     if arguments.imports:
         bad += check_imports(imports, arguments.imports)
+    if arguments.same:
+        bad += check_same(entries, ordinals, arguments.same)
     print("\n".join(bad) or f"{len(entries)} exports in order")
     return 1 if bad else 0
 

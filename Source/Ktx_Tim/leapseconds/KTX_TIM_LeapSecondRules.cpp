@@ -2,11 +2,9 @@
 
 #include <cstdlib>
 
-#include <boost/date_time/gregorian/gregorian_types.hpp>
-#include <boost/date_time/posix_time/posix_time_types.hpp>
-
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_LogAssert.h"
+#include "leapseconds/KTX_TIM_GpsCalendar.h"
 #include "leapseconds/KTX_TIM_LeapSecondEffectivity.h"
 #include "support/KTX_TIM_LogChannels.h"
 
@@ -24,22 +22,13 @@ bool refuse(UtcLeapSecondRecord const& record) {
   return false;
 }
 
-/// Calendar date and time of day, counted from the GPS epoch without leap seconds.
-boost::posix_time::ptime calendarTime(GPSTimeC const& time) {
-  boost::gregorian::date const epoch(1980, 1, 6);
-  return {epoch + boost::gregorian::days(7 * static_cast<int>(time.getWeek())),
-          boost::posix_time::milliseconds(time.getMsOfWeek())};
-}
-
 bool endsMonth(UtcLeapSecondRecord const& record) {
-  return calendarTime(effectivityDayEnd(record)).date().day() == 1;
+  return calendarDate(effectivityDayEnd(record).toMilliseconds64()).day == 1;
 }
 
 bool isTooFarAhead(UtcLeapSecondRecord const& incoming, GPSTimeC const& now) {
-  // The last day of a month stays the last day of the month reached.
-  boost::posix_time::ptime const limit =
-      calendarTime(now) + boost::gregorian::months(MAX_MONTHS_AHEAD);
-  return limit < calendarTime(effectivityInstant(incoming));
+  return isBeyondMonths(effectivityInstant(incoming).toMilliseconds64(), now.toMilliseconds64(),
+                        MAX_MONTHS_AHEAD);
 }
 
 LeapSecondVerdictE compareAnnouncements(UtcLeapSecondRecord const& held,

@@ -1,6 +1,5 @@
 #include <cstdio>
 
-#include <boost/date_time/gregorian/gregorian_types.hpp>
 #include <boost/make_shared.hpp>
 #include <boost/numeric/conversion/cast.hpp>
 #include <boost/signals2/signal.hpp>
@@ -15,6 +14,7 @@
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondChanged.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
+#include "leapseconds/KTX_TIM_GpsCalendar.h"
 #include "leapseconds/KTX_TIM_LeapSecondEffectivity.h"
 #include "leapseconds/KTX_TIM_LeapSecondRules.h"
 #include "support/KTX_TIM_LogChannels.h"
@@ -84,10 +84,7 @@ void logNotAccepted(UtcLeapSecondRecord const& incoming, UtcLeapSecondRecord con
 }
 
 void logSetting(UtcLeapSecondRecord const& record, GPSTimeC const& now) {
-  GPSTimeC const dayEnd = effectivityDayEnd(record);
-  auto const days = static_cast<int>(dayEnd.toMilliseconds64() / MS_PER_DAY);
-  auto const date =
-      (boost::gregorian::date(1980, 1, 6) + boost::gregorian::days(days)).year_month_day();
+  CalendarDateC const date = calendarDate(effectivityDayEnd(record).toMilliseconds64());
   char text[32];
   std::snprintf(text, sizeof text, "%04u-%02u-%02u 00:00:00", static_cast<unsigned>(date.year),
                 static_cast<unsigned>(date.month), static_cast<unsigned>(date.day));

@@ -9,8 +9,13 @@ Lock& getTimeLock() {
   return mutex;
 }
 
+// One function under two names, and so under two ordinals.
+#if defined(_MSC_VER)
 Lock& getGlobalLock() {
   return getTimeLock();
 }
+#else
+Lock& getGlobalLock() __attribute__((alias("_ZN3KTX3TIM11getTimeLockEv")));
+#endif
 
 }  // namespace KTX::TIM

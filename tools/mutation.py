@@ -1,0 +1,190 @@
+#!/usr/bin/env python3
+"""Changes the library's sources in small ways and checks that the unit tests notice each change.
+
+mutation.py --plan tests/mutation/plan.tsv --accepted tests/mutation/accepted.tsv [--mutants 320] [--seed 1] [--jobs 2]
+
+plan.tsv names, for each source file, the test programs that must notice (tab-separated; a program may be followed by
+":" and a gtest filter). accepted.tsv lists survivors that change nothing a test could see, with the reason. Works on
+copies of the tree under build/mutation; the tree itself is never touched. Exit code 1 when fewer than --at-least
+percent of the mutants are noticed.
+"""
+import argparse
+import concurrent.futures
+import os
+import pathlib
+import random
+import re
+import shutil
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+WORK = ROOT / "build" / "mutation"
+
+# (pattern, replacement): each match in code is one possible mutant.
+RULES = [
+    (r"(?<![<>=!\-])<(?![<=])(?= )", "<="), (r" <= ", " < "), (r"(?<![<>=!\-])>(?![>=])(?= )", ">="), (r" >= ", " > "),
+    (r" == ", " != "), (r" != ", " == "), (r" && ", " || "), (r" \|\| ", " && "),
+    (r"(?<=[\w)\]]) \+ (?=[\w(])", " - "), (r"(?<=[\w)\]]) - (?=[\w(])", " + "),
+    (r"(?<=[\w)\]]) \* (?=[\w(])", " / "), (r"(?<=[\w)\]]) / (?=[\w(])", " * "), (r"(?<=[\w)\]]) % (?=[\w(])", " / "),
+    (r" \+= ", " -= "), (r" -= ", " += "), (r"\+\+", "--"), (r"(?<![\w.'])(\d+)(?![\w.'])", "@next"),
+    (r"\btrue\b", "false"), (r"\bfalse\b", "true"), (r"(?<=[( ])!(?=[\w(])", ""), (r"^(\s+)(return;)$", "@drop"),
+    (r"^\s+[\w.>:\-]+\([^;{}]*\);$", "@drop"), (r"^\s+[\w.>\-]+ [+\-]?= [^;{}]*;$", "@drop"),
+]
+NOT_CODE = re.compile(r"^\s*(//|#|namespace|using|static_assert|template|extern|\}|class|struct)|KTX_TIM_API")
+
+
+class Mutant:
+    def __init__(self, path, number, column, before, after):
+        self.path, self.number, self.column, self.before, self.after = path, number, column, before, after
+
+    def name(self):
+        return f"{self.path}\t{self.before.strip()}\t{self.after.strip() or '(dropped)'}"
+
+    def place(self):
+        return f"{self.path}:{self.number}: {self.before.strip()}  ->  {self.after.strip() or '(dropped)'}"
+
+
+def without_texts(line):
+    """The line with comments and the insides of texts blanked, so that columns stay."""
+    line = re.sub(r'"(?:[^"\\]|\\.)*"', lambda m: '"' + "_" * (len(m[0]) - 2) + '"', line)
+    line = re.sub(r"'(?:[^'\\]|\\.)'", lambda m: "'" + "_" * (len(m[0]) - 2) + "'", line)
+    return re.sub(r"//.*", lambda m: "_" * len(m[0]), line)
+
+
+def changed(line, match, replacement):
+    if replacement == "@drop":
+        return ""
+    if replacement == "@next":
+        replacement = str(int(match[0]) + 1)
+    return line[:match.start()] + replacement + line[match.end():]
+
+
+def mutants_of(path):
+    found = []
+    for number, line in enumerate((ROOT / path).read_text(encoding="utf-8").split("\n"), 1):
+        if NOT_CODE.match(line):
+            continue
+        plain = without_texts(line)
+        for pattern, replacement in RULES:
+            for match in re.finditer(pattern, plain):
+                found.append(Mutant(path, number, match.start(), line, changed(line, match, replacement)))
+    return found
+
+
+def read_plan(path):
+    plan = {}
+    for line in pathlib.Path(path).read_text(encoding="utf-8").splitlines():
+        if line and not line.startswith("#"):
+            source, *programs = line.split("\t")
+            plan[source] = programs
+    return plan
+
+
+def read_accepted(path):
+    lines = pathlib.Path(path).read_text(encoding="utf-8").splitlines()
+    return {"\t".join(line.split("\t")[:3]) for line in lines if line and not line.startswith("#")}
+
+
+def run(command, cwd, timeout):
+    environment = dict(os.environ, LC_ALL="C.UTF-8", CCACHE_DISABLE="1")
+    try:
+        return subprocess.run(command, cwd=cwd, timeout=timeout, env=environment, stdin=subprocess.DEVNULL,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
+    except subprocess.TimeoutExpired:
+        return False
+
+
+class Tree:
+    """A copy of the sources with a build of its own."""
+
+    def __init__(self, index, plan):
+        self.source = WORK / f"tree{index}"
+        self.build = WORK / f"build{index}"
+        tracked = subprocess.run(["git", "ls-files", "-z"], cwd=ROOT, check=True, capture_output=True).stdout
+        shutil.rmtree(self.source, ignore_errors=True)
+        for name in tracked.decode().split("\0"):
+            if name and (ROOT / name).is_file():
+                (self.source / name).parent.mkdir(parents=True, exist_ok=True)
+                shutil.copy2(ROOT / name, self.source / name)
+        programs = sorted({program.split(":")[0] for row in plan.values() for program in row})
+        if not run(["cmake", "-G", "Ninja", "-S", self.source, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
+                    "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DVORTIME_WERROR=OFF"], ROOT, 300):
+            sys.exit("mutation: the copy does not configure")
+        if not run(["cmake", "--build", self.build, "--target", *programs], ROOT, 3600):
+            sys.exit("mutation: the copy does not build")
+
+    def passes(self, program, timeout=120):
+        name, _, tests = program.partition(":")
+        command = [self.build / "bin" / name, "--gtest_brief=1", "--gtest_fail_fast=1"]
+        return run(command + ([f"--gtest_filter={tests}"] if tests else []), self.build, timeout)
+
+    def judge(self, mutant, programs):
+        """'noticed', 'survived' or 'not a program' (does not compile)."""
+        path = self.source / mutant.path
+        original = path.read_text(encoding="utf-8")
+        lines = original.split("\n")
+        lines[mutant.number - 1] = mutant.after
+        path.write_text("\n".join(lines), encoding="utf-8")
+        try:
+            for program in programs:
+                if not run(["cmake", "--build", self.build, "--target", program.split(":")[0]], ROOT, 600):
+                    return "not a program"
+                if not self.passes(program):
+                    return "noticed"
+            return "survived"
+        finally:
+            path.write_text(original, encoding="utf-8")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--plan", required=True)
+    parser.add_argument("--accepted", required=True)
+    parser.add_argument("--mutants", type=int, default=320)
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    parser.add_argument("--at-least", type=float, default=95.0)
+    arguments = parser.parse_args()
+    plan = read_plan(arguments.plan)
+    accepted = read_accepted(arguments.accepted)
+    candidates = [mutant for path in plan for mutant in mutants_of(path)]
+    random.Random(arguments.seed).shuffle(candidates)
+    candidates = [mutant for mutant in candidates if mutant.name() not in accepted]
+    print(f"{len(candidates)} possible mutants in {len(plan)} files, seed {arguments.seed}", flush=True)
+
+    trees = [Tree(index, plan) for index in range(arguments.jobs)]
+    for program in sorted({program for row in plan.values() for program in row}):
+        if not trees[0].passes(program):
+            sys.exit(f"mutation: {program} fails without any change")
+    counts = {"noticed": 0, "survived": 0, "not a program": 0}
+    survivors = []
+    waiting = iter(candidates)
+
+    def worker(tree):
+        for mutant in waiting_for(tree):
+            verdict = tree.judge(mutant, plan[mutant.path])
+            counts[verdict] += 1
+            if verdict == "survived":
+                survivors.append(mutant)
+                print(f"survived: {mutant.place()}", flush=True)
+
+    def waiting_for(_tree):
+        while counts["noticed"] + counts["survived"] < arguments.mutants:
+            mutant = next(waiting, None)
+            if mutant is None:
+                return
+            yield mutant
+
+    with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
+        for result in [pool.submit(worker, tree) for tree in trees]:
+            result.result()
+    judged = counts["noticed"] + counts["survived"]
+    percent = 100.0 * counts["noticed"] / judged if judged else 0.0
+    print(f"{judged} mutants, {counts['noticed']} noticed, {counts['survived']} survived ({percent:.1f} % noticed), "
+          f"{counts['not a program']} did not compile, {len(accepted)} accepted beforehand")
+    return 0 if percent >= arguments.at_least else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
