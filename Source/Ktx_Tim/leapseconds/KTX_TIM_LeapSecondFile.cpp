@@ -16,7 +16,7 @@ namespace KTX::TIM {
 namespace {
 
 constexpr int MAX_UNUSABLE_LINES = 100;
-constexpr std::size_t MAX_LINE_BYTES = std::size_t{16} << 20U;
+constexpr std::size_t MAX_LINE_BYTES = std::size_t{4} << 20U;
 
 enum class LineE { USABLE, UNUSABLE, NONE };
 
@@ -55,6 +55,9 @@ bool readFile(std::wstring const& path, UtcLeapSecondRecord& record) {
 }  // namespace
 
 bool readLeapSecondFile(std::wstring const& path, UtcLeapSecondRecord& record) {
+  if (path.find(L'\0') != std::wstring::npos) {
+    return false;  // The system would open another file, the one named by what comes before.
+  }
   try {
     return readFile(path, record);
   } catch (std::exception const&) {

@@ -14,7 +14,7 @@ namespace KTX::TIM {
 bool readLeapSecondFile(std::wstring const& path, UtcLeapSecondRecord& record);
 
 /// As readLeapSecondFile(), from an open stream. A fixed amount of memory serves lines of any
-/// length; a line without an end for 16 MiB ends the reading.
+/// length; a line without an end for 4 MiB ends the reading.
 bool readLeapSecondStream(std::istream& stream, UtcLeapSecondRecord& record);
 
 }  // namespace KTX::TIM
