@@ -6,13 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include "KTX_DBG_LogFault.h"
-
 namespace KTX::DBG {
 
 namespace {
 
-std::string_view orNull(char const* text) {
+char const* orNull(char const* text) {
   return text == nullptr ? "(null)" : text;
 }
 
@@ -41,11 +39,6 @@ bool format(char const* formatText, va_list arguments, Write const& write) {
   return result >= 0;
 }
 
-void tellFormatFault(std::string_view formatText) {
-  static LogFaultC fault;
-  fault.tellOnce("a line cannot be formatted (told once): ", formatText.data());
-}
-
 }  // namespace
 
 LogChannelC::LogChannelC(std::string const& channelName,
@@ -57,8 +50,9 @@ void LogChannelC::print(std::int32_t level, char const* formatText, va_list argu
   std::string const levelText = std::to_string(level);
   auto const write = [&](std::string_view text) { output.writeLine(name, levelText, text); };
   if (formatText == nullptr || !format(formatText, arguments, write)) {
-    tellFormatFault(orNull(formatText));
-    write(orNull(formatText));
+    char const* const shown = orNull(formatText);
+    formatFault.tellOnce("a line cannot be formatted (told once): ", shown);
+    write(shown);
   }
 }
 

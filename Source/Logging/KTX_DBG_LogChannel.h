@@ -6,6 +6,7 @@
 #include <string>
 
 #include "KTX/DBG/KTX_DBG_Api.h"
+#include "KTX_DBG_LogFault.h"
 #include "KTX_DBG_LogOutput.h"
 
 namespace KTX::DBG {
@@ -19,8 +20,9 @@ class LogChannelC {
 
   bool isEnabled(std::int32_t level) const { return level >= threshold; }
 
-  /// Writes one line, formatted as by vprintf, without a look at the threshold.
-  KTX_DBG_PRINTF(3, 0) void print(std::int32_t level, char const* format, va_list arguments);
+  /// Writes one line, formatted as by vprintf, without a look at the threshold. Where that fails,
+  /// the line holds the format, and standard error is told of the first such line.
+  KTX_DBG_PRINTF(3, 0) void print(std::int32_t level, char const* formatText, va_list arguments);
 
   /// Writes one line, unless the channel is off.
   void writeText(char const* text);
@@ -29,6 +31,7 @@ class LogChannelC {
   std::string const name;
   std::int64_t const threshold;
   LogOutputC& output;
+  LogFaultC formatFault;
 };
 
 }  // namespace KTX::DBG

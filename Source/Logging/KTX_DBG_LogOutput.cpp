@@ -6,6 +6,7 @@
 #include <fstream>
 #include <mutex>
 #include <system_error>
+#include <utility>
 
 // The one source file that sees spdlog.
 #include <spdlog/pattern_formatter.h>
@@ -99,14 +100,18 @@ class LogOutputC::SinksC {
       throw std::system_error(error, std::generic_category(),
                               "cannot open \"" + settings.file + '"');
     }
+    auto sink = makeFileSink();
+    sink->set_formatter(makeFormatter());
+    file = std::move(sink);
+  }
+
+  std::unique_ptr<spdlog::sinks::sink> makeFileSink() const {
     if (isRotatable(path)) {
-      file = std::make_unique<spdlog::sinks::rotating_file_sink_st>(
+      return std::make_unique<spdlog::sinks::rotating_file_sink_st>(
           path.native(), settings.fileBytes, settings.fileCount - 1);
-    } else {
-      // To put a device or a pipe aside would be to rename it.
-      file = std::make_unique<spdlog::sinks::basic_file_sink_st>(path.native());
     }
-    file->set_formatter(makeFormatter());
+    // To put a device or a pipe aside would be to rename it.
+    return std::make_unique<spdlog::sinks::basic_file_sink_st>(path.native());
   }
 
   LogSettingsC const settings;

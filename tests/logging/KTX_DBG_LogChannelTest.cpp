@@ -13,7 +13,8 @@ namespace KTX::DBG::TEST {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::internal::CaptureStderr;
+using ::testing::internal::GetCapturedStderr;
 
 class LogChannel : public ::testing::Test {
  protected:
@@ -95,6 +96,15 @@ TEST_F(LogChannel, WritesATextWhateverTheThresholdUnlessItIsOff) {
 TEST_F(LogChannel, NamesANullText) {
   channel.writeText(nullptr);
   EXPECT_THAT(lines(), ElementsAre("Time - (null)"));
+}
+
+TEST_F(LogChannel, NamesANullFormatAndTellsTheFirst) {
+  char const* const null = nullptr;
+  CaptureStderr();
+  print(3, null);
+  print(4, null);
+  EXPECT_EQ("KTX_LOG: a line cannot be formatted (told once): (null)\n", GetCapturedStderr());
+  EXPECT_THAT(lines(), ElementsAre("Time 3 (null)", "Time 4 (null)"));
 }
 
 }  // namespace
