@@ -3,12 +3,12 @@
 #include <ctime>
 #include <sys/time.h>
 
+#include "Posix/KTX_TIM_ZoneTree.h"
+
 namespace KTX::TIM {
 
 namespace {
 
-constexpr std::int32_t NO_SUCH_KEY = 2;
-constexpr std::uint32_t NO_ZONE_INFORMATION = 0xFFFFFFFF;
 constexpr std::int64_t NS_PER_MS = 1000000;
 
 std::uint16_t narrow(int field) {
@@ -77,31 +77,32 @@ class PosixSystemCallsC : public SystemCallsI {
     return toTimespec(utc, time) && clock_settime(CLOCK_REALTIME, &time) == 0 ? 1 : 0;
   }
 
-  std::uint32_t getTimeZoneInformation(TimeZoneInformationC& /*information*/) override {
-    return NO_ZONE_INFORMATION;
+  std::uint32_t getTimeZoneInformation(TimeZoneInformationC& information) override {
+    return zones.getTimeZoneInformation(information);
   }
 
-  std::int32_t openKey(KeyHandleT /*parent*/,
-                       std::u16string const& /*path*/,
-                       KeyHandleT& /*key*/) override {
-    return NO_SUCH_KEY;
+  std::int32_t openKey(KeyHandleT parent, std::u16string const& path, KeyHandleT& key) override {
+    return zones.openKey(parent, path, key);
   }
 
-  std::int32_t enumerateKey(KeyHandleT /*key*/,
-                            std::uint32_t /*index*/,
-                            char16_t* /*name*/,
-                            std::uint32_t& /*nameLength*/) override {
-    return NO_SUCH_KEY;
+  std::int32_t enumerateKey(KeyHandleT key,
+                            std::uint32_t index,
+                            char16_t* name,
+                            std::uint32_t& nameLength) override {
+    return zones.enumerateKey(key, index, name, nameLength);
   }
 
-  std::int32_t queryValue(KeyHandleT /*key*/,
-                          std::u16string const& /*name*/,
-                          void* /*data*/,
-                          std::uint32_t& /*sizeBytes*/) override {
-    return NO_SUCH_KEY;
+  std::int32_t queryValue(KeyHandleT key,
+                          std::u16string const& name,
+                          void* data,
+                          std::uint32_t& sizeBytes) override {
+    return zones.queryValue(key, name, data, sizeBytes);
   }
 
-  void closeKey(KeyHandleT /*key*/) override {}
+  void closeKey(KeyHandleT key) override { zones.closeKey(key); }
+
+ private:
+  ZoneTreeC zones;
 };
 
 }  // namespace
