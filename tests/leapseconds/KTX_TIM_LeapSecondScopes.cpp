@@ -4,6 +4,7 @@
 
 #include "KTX/TIM/KTX_TIM_ClockFactory.h"
 #include "KTX/TIM/KTX_TIM_Gps.h"
+#include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
 
@@ -58,6 +59,18 @@ UtcLeapSecondRecord normalRecord() {
   UtcLeapSecondRecord record = defaultLeapSecondRecord();
   getNormalLeapSecond(record);
   return record;
+}
+
+bool operator==(StoreStateC const& a, StoreStateC const& b) {
+  return a.inForce == b.inForce && a.normal == b.normal && a.effectivity == b.effectivity;
+}
+
+StoreStateC storeState() {
+  StoreStateC state{defaultLeapSecondRecord(), normalRecord(), GPSTimeC()};
+  GpsC effectivity;
+  getDefaultLeapSecondProvider()->getLeapSecond(GpsC(0, 0), state.inForce, &effectivity);
+  state.effectivity = effectivity;
+  return state;
 }
 
 }  // namespace KTX::TIM::TEST

@@ -7,6 +7,7 @@
 #include <boost/shared_ptr.hpp>
 #include <boost/signals2/connection.hpp>
 
+#include "KTX/TIM/KTX_TIM_GpsTimeValue.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondChanged.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "common/KTX_TIM_FakeClock.h"
@@ -53,6 +54,15 @@ class ChangeRecorderC {
 UtcLeapSecondRecord recordInForce();
 /// The satellite or default value of the process-wide store.
 UtcLeapSecondRecord normalRecord();
+
+/// All that can be seen of the process-wide store.
+struct StoreStateC {
+  UtcLeapSecondRecord inForce;
+  UtcLeapSecondRecord normal;
+  GPSTimeC effectivity;
+};
+bool operator==(StoreStateC const& a, StoreStateC const& b);
+StoreStateC storeState();
 
 }  // namespace KTX::TIM::TEST
 

@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <cstdlib>
 
 #include <boost/make_shared.hpp>
 #include <boost/numeric/conversion/cast.hpp>
@@ -23,6 +24,9 @@
 namespace KTX::TIM {
 namespace {
 
+/// Less than the smallest change of the count.
+constexpr std::int64_t MAX_ELAPSED_MS = 500;
+
 /// The leap seconds of the process: what satellites or the default say, and what was forced.
 class UtcLeapSecondStore final : public LeapSecondProviderI {
  public:
@@ -46,13 +50,27 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
   boost::signals2::connection connect(UtcLeapSecondChangedSlot const& slot);
 
  private:
+  struct StateC {
+    GpsC effectivity;
+    UtcLeapSecondRecord normalSlot;
+    UtcLeapSecondRecord forcedSlot;
+  };
+
   std::uint32_t SetLeapSecond(UtcLeapSecondRecord const& record) KTX_TIM_REQUIRES(mutex);
   std::uint32_t setTraced(UtcLeapSecondRecord const& record, GPSTimeC const& now)
       KTX_TIM_REQUIRES(mutex);
-  void announce(boost::shared_ptr<UtcLeapSecondChanged> const& event,
-                GpsC const& now,
-                bool makeCurrent) KTX_TIM_REQUIRES(mutex);
+  bool change(UtcLeapSecondRecord const& record,
+              GpsC const& now,
+              bool makeCurrent,
+              std::uint32_t& result) KTX_TIM_REQUIRES(mutex);
+  bool changeOrUndo(UtcLeapSecondRecord const& record,
+                    GpsC const& now,
+                    bool makeCurrent,
+                    std::uint32_t& result) KTX_TIM_REQUIRES(mutex);
   void updateEffectivity() KTX_TIM_REQUIRES(mutex);
+
+  StateC state() const KTX_TIM_REQUIRES(mutex) { return {effectivity, normalSlot, forcedSlot}; }
+  void setState(StateC const& newState) KTX_TIM_REQUIRES(mutex);
 
   UtcLeapSecondRecord const& inForce() const KTX_TIM_REQUIRES(mutex) {
     return forcedSlot.source == LEAPSECOND_FORCED ? forcedSlot : normalSlot;
@@ -139,6 +157,9 @@ UtcLeapSecondStore::UtcLeapSecondStore()
     : effectivity(this),
       normalSlot(defaultLeapSecondRecord()),
       forcedSlot(defaultLeapSecondRecord()) {
+  // The signal's list takes the first slot of a kind in two steps, and the second may fail. With
+  // this one there for good, a connection that fails leaves nothing behind.
+  changed.connect([](boost::shared_ptr<UtcLeapSecondChanged> const& /*event*/) {});
   updateEffectivity();
 }
 
@@ -176,14 +197,11 @@ std::uint32_t UtcLeapSecondStore::setValid(UtcLeapSecondRecord const& record, bo
   }
   Guard const guard(mutex);
   event->previous = inForce();
-  std::uint32_t const result = setTraced(record, now);
-  if (result != RC_OK || inForce() == event->previous) {
-    if (leapSecondLog().isLevelEnabled(3)) {
-      leapSecondLog().printLine(3, "Active UTC Leap Second has NOT changed.\n");
-    }
-    return result;
+  std::uint32_t result = RC_OK;
+  if (changeOrUndo(record, now, makeCurrent, result)) {
+    event->current = inForce();
+    changed(event);
   }
-  announce(event, now, makeCurrent);
   return result;
 }
 
@@ -239,17 +257,53 @@ std::uint32_t UtcLeapSecondStore::setTraced(UtcLeapSecondRecord const& record,
   return result;
 }
 
-void UtcLeapSecondStore::announce(boost::shared_ptr<UtcLeapSecondChanged> const& event,
-                                  GpsC const& now,
-                                  bool makeCurrent) {
-  event->current = inForce();
-  if (leapSecondLog().isLevelEnabled(3)) {
-    logChanged(event->current);
+/// True when the record in force is another one.
+bool UtcLeapSecondStore::change(UtcLeapSecondRecord const& record,
+                                GpsC const& now,
+                                bool makeCurrent,
+                                std::uint32_t& result) {
+  UtcLeapSecondRecord const previous = inForce();
+  result = setTraced(record, now);
+  bool const isTraced = leapSecondLog().isLevelEnabled(3);
+  if (result != RC_OK || inForce() == previous) {
+    if (isTraced) {
+      leapSecondLog().printLine(3, "Active UTC Leap Second has NOT changed.\n");
+    }
+    return false;
+  }
+  if (isTraced) {
+    logChanged(inForce());
   }
   if (makeCurrent) {
     carryOverPresent(now);
   }
-  changed(event);
+  return true;
+}
+
+/// As change(), and as if nothing had been set when something throws.
+bool UtcLeapSecondStore::changeOrUndo(UtcLeapSecondRecord const& record,
+                                      GpsC const& now,
+                                      bool makeCurrent,
+                                      std::uint32_t& result) {
+  StateC const before = state();
+  try {
+    return change(record, now, makeCurrent, result);
+  } catch (...) {
+    StateC const after = state();
+    setState(before);
+    // Counts differ by whole seconds: where the present was carried over already, GPS time would
+    // jump with the old count, so the new one stays.
+    if (makeCurrent && std::abs(differenceMs(GpsC::currentTime(), now)) > MAX_ELAPSED_MS) {
+      setState(after);
+    }
+    throw;
+  }
+}
+
+void UtcLeapSecondStore::setState(StateC const& newState) {
+  effectivity = newState.effectivity;
+  normalSlot = newState.normalSlot;
+  forcedSlot = newState.forcedSlot;
 }
 
 void UtcLeapSecondStore::updateEffectivity() {
