@@ -1,6 +1,7 @@
 // The channel class as unit tests see it: each line goes to the capture that is alive.
 #include <cstdarg>
 #include <cstdio>
+#include <memory>
 #include <vector>
 
 #include "KTX/DBG/KTX_DBG_DbgLogFile.h"
@@ -33,8 +34,10 @@ std::string formatted(char const* format, va_list arguments) {
 
 }  // namespace
 
-DbgLogFileC::DbgLogFileC(std::string const& channelName) : channel(new LogChannelC{channelName}) {
-  LogCaptureC::countBuilt(channel->name);
+DbgLogFileC::DbgLogFileC(std::string const& channelName) : channel(nullptr) {
+  auto owned = std::make_unique<LogChannelC>(LogChannelC{channelName});
+  LogCaptureC::countBuilt(channelName);
+  channel = owned.release();
 }
 
 DbgLogFileC::~DbgLogFileC() {
@@ -47,6 +50,9 @@ bool DbgLogFileC::isLevelEnabled(std::int32_t level) const {
 }
 
 void DbgLogFileC::printLine(std::int32_t level, char const* format, ...) {
+  if (!isLevelEnabled(level)) {
+    return;
+  }
   va_list arguments;
   va_start(arguments, format);
   std::string const text = formatted(format, arguments);

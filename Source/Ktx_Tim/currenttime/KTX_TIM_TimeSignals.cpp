@@ -4,6 +4,19 @@
 
 namespace KTX::TIM {
 
+namespace {
+
+// The slot that does nothing keeps the index of the signal's list in being. Building the index is
+// the last step of a first connect(): out of memory there, it would leave its slot connected.
+template <class SignalT>
+boost::shared_ptr<SignalT> makeSignal() {
+  auto const signal = boost::make_shared<SignalT>();
+  signal->connect([](auto&&...) {});
+  return signal;
+}
+
+}  // namespace
+
 boost::signals2::connection connectTimeCorrected(TimeCorrectedSlot const& slot) {
   return timeCorrectedSignal()->connect(slot);
 }
@@ -13,13 +26,12 @@ boost::signals2::connection connectTimeSignal(TimeSignalSlot const& slot) {
 }
 
 boost::shared_ptr<TimeCorrectedSignalT> const& timeCorrectedSignal() {
-  static boost::shared_ptr<TimeCorrectedSignalT> const signal =
-      boost::make_shared<TimeCorrectedSignalT>();
+  static boost::shared_ptr<TimeCorrectedSignalT> const signal = makeSignal<TimeCorrectedSignalT>();
   return signal;
 }
 
 boost::shared_ptr<TimeSignalT> const& timeSignal() {
-  static boost::shared_ptr<TimeSignalT> const signal = boost::make_shared<TimeSignalT>();
+  static boost::shared_ptr<TimeSignalT> const signal = makeSignal<TimeSignalT>();
   return signal;
 }
 

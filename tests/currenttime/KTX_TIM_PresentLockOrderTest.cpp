@@ -1,0 +1,88 @@
+#include <boost/make_shared.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "KTX/TIM/KTX_TIM_DefaultCurrentTimeProvider.h"
+#include "KTX/TIM/KTX_TIM_Gps.h"
+#include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "KTX/TIM/KTX_TIM_TimeLock.h"
+#include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
+#include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
+#include "KTX/TIM/KTX_TIM_Ymdhms.h"
+#include "common/KTX_TIM_FakePresent.h"
+#include "common/KTX_TIM_LockOrder.h"
+#include "common/KTX_TIM_LogCapture.h"
+
+namespace KTX::TIM::TEST {
+namespace {
+
+using ::testing::IsEmpty;
+
+class PresentLockOrder : public ::testing::Test {
+ protected:
+  LogCaptureC log;
+  FakePresentC present;
+  LockOrderC order;
+};
+
+TEST_F(PresentLockOrder, TheLibraryLockComesFirstInEveryOperation) {
+  boost::signals2::scoped_connection const listener =
+      connectTimeCorrected([](int, int, TimeChangeT) { GpsC::currentTime(); });
+  GpsC::currentTime();
+  YmdhmsC const now;
+  now.makeToCurrentTime(10);
+  DefaultCurrentTimeProviderC provider;
+  provider.getCurrentMjdTime();
+  GpsC(2304, 374963500).makeToCurrentTime(0, 1);
+  GpsC(2304, 374963500).emitTimeSignal();
+  resetSysTime();
+  setSysTimeClocks(present.utc, present.steady);
+  GpsC const framed(std::uint32_t{1000});
+  setUtcLeapSecond({LEAPSECOND_FORCED, 17, 17, 1929, 7, true}, true);
+  setUtcLeapSecond(withdrawForcedRecord(), true);
+  EXPECT_THAT(order.violations(), IsEmpty());
+  EXPECT_GT(order.lockCount(), 10u);
+  EXPECT_EQ(0u, LockOrderC::heldLockCount());
+}
+
+TEST_F(PresentLockOrder, TheObservationStepHoldsTheLockAndTheListenerDoesNot) {
+  std::size_t heldWhileLogging = 0;
+  std::size_t heldInListener = 99;
+  log.setHook([&](LogCaptureC::EntryC const& entry) {
+    if (entry.channel == "TimeYmdhms") {
+      heldWhileLogging = LockOrderC::heldCount(getTimeLock());
+    }
+  });
+  boost::signals2::scoped_connection const listener = connectTimeCorrected(
+      [&](int, int, TimeChangeT) { heldInListener = LockOrderC::heldLockCount(); });
+  GpsC(2304, 374963500).makeToCurrentTime(0, 1);
+  EXPECT_EQ(1u, heldWhileLogging);
+  EXPECT_EQ(0u, heldInListener);
+}
+
+TEST_F(PresentLockOrder, TheTimeSignalTakesNoLibraryLock) {
+  YmdhmsC const time = YmdhmsC::zero(TIMEBASE_GPS, 1);
+  std::size_t const before = order.lockCount();
+  time.emitTimeSignal();
+  EXPECT_EQ(before, order.lockCount());
+}
+
+TEST_F(PresentLockOrder, ThePresentIsComputedUnderTheLibraryLock) {
+  std::size_t held = 0;
+  present.steady->setHook([&] { held = LockOrderC::heldCount(getTimeLock()); });
+  GpsC::currentTime();
+  EXPECT_EQ(1u, held);
+  held = 0;
+  YmdhmsC::zero().makeToCurrentTime();
+  EXPECT_EQ(1u, held);
+  held = 0;
+  resetSysTime();
+  EXPECT_EQ(1u, held);
+  held = 0;
+  setSysTimeClocks(present.utc, present.steady);
+  EXPECT_EQ(1u, held);
+}
+
+}  // namespace
+}  // namespace KTX::TIM::TEST
