@@ -102,27 +102,48 @@ RefusalE readShortDate(std::string_view field, CivilTimeC& time) {
   return year >= 0 && isDate(time.year, time.month, time.day) ? REFUSAL_NONE : REFUSAL_BAD_DATE;
 }
 
-RefusalE readLongDate(FieldsT const& fields, CivilTimeC& time, std::uint32_t& signs) {
+RefusalE readLongDate(FieldsT const& fields, CivilTimeC& time) {
   if (fields[2].empty() && fields[3].empty() && fields[4].empty()) {
     return REFUSAL_NO_DATE;
   }
   std::int64_t day = 0;
   std::int64_t month = 0;
   std::int64_t year = 0;
-  if (fields[2].size() > 2 || fields[3].size() > 2 || !readDigits(fields[2], day) ||
-      !readDigits(fields[3], month) || !readDigits(fields[4], year)) {
-    return REFUSAL_BAD_DATE;
-  }
-  if (fields[4].size() == 2) {
-    signs |= SIGN_TWO_DIGIT_YEAR;
-    year = fullYear(static_cast<std::int32_t>(year));
-  } else if (fields[4].size() != 4) {
+  // A year of two digits may be one of four that has lost its end.
+  if (fields[2].size() > 2 || fields[3].size() > 2 || fields[4].size() != 4 ||
+      !readDigits(fields[2], day) || !readDigits(fields[3], month) ||
+      !readDigits(fields[4], year)) {
     return REFUSAL_BAD_DATE;
   }
   time.day = static_cast<std::int32_t>(day);
   time.month = static_cast<std::int32_t>(month);
   time.year = static_cast<std::int32_t>(year);
   return isDate(time.year, time.month, time.day) ? REFUSAL_NONE : REFUSAL_BAD_DATE;
+}
+
+void judge(RefusalE time, RefusalE date, TimeEventC& event) {
+  if (time != REFUSAL_NONE || date != REFUSAL_NONE) {
+    event.refusal = time != REFUSAL_NONE ? time : date;
+    return;
+  }
+  event.timeForm = TIMEFORM_UTC;
+  event.refusal = event.utc.second == 60 ? REFUSAL_LEAP_SECOND : REFUSAL_NONE;
+}
+
+// Returns whether the receiver calls its data valid.
+bool readRmc(FieldsT const& fields, TimeEventC& event) {
+  RefusalE const time = readTime(fields[1], event.utc);
+  judge(time, readShortDate(fields[9], event.utc), event);
+  bool const isValid = fields[2] == "A";
+  if (!isValid) {
+    event.refusal = REFUSAL_VOID;
+  }
+  return isValid;
+}
+
+void readZda(FieldsT const& fields, TimeEventC& event) {
+  RefusalE const time = readTime(fields[1], event.utc);
+  judge(time, readLongDate(fields, event.utc), event);
 }
 
 }  // namespace
@@ -137,9 +158,9 @@ struct NmeaReaderC::SentenceC {
     return address.size() == ADDRESS_LENGTH && address[0] != 'P' && address.substr(2) == type;
   }
 
-  TimeEventC event(EventKindE kind) const {
+  TimeEventC event() const {
     TimeEventC event;
-    event.kind = kind;
+    event.kind = EVENT_TIME;
     event.format = FORMAT_NMEA;
     event.message = address;
     event.offset = place.offset;
@@ -201,55 +222,33 @@ std::size_t NmeaReaderC::read(std::string_view text, MessagePlaceC const& place)
   return at;
 }
 
+// What a damaged sentence seems to say is told, but the reason to refuse it stands.
 void NmeaReaderC::refuse(SentenceC const& sentence, RefusalE refusal) {
-  TimeEventC event = sentence.event(EVENT_TIME);
+  TimeEventC event = sentence.event();
+  if (sentence.isType("RMC")) {
+    readRmc(splitFields(sentence.body), event);
+  } else if (sentence.isType("ZDA")) {
+    readZda(splitFields(sentence.body), event);
+  }
   event.refusal = refusal;
+  event.signs = SIGN_NONE;
   sink.onEvent(event);
 }
 
 void NmeaReaderC::decode(SentenceC const& sentence) {
   counts.countMessage(sentence.address.empty() ? "unnamed" : sentence.address);
   if (sentence.isType("RMC")) {
-    decodeRmc(sentence);
+    TimeEventC event = sentence.event();
+    hasNoFix = !readRmc(splitFields(sentence.body), event);
+    sink.onEvent(event);
   } else if (sentence.isType("ZDA")) {
-    decodeZda(sentence);
+    TimeEventC event = sentence.event();
+    readZda(splitFields(sentence.body), event);
+    event.signs |= hasNoFix && event.refusal == REFUSAL_NONE ? SIGN_NO_FIX : SIGN_NONE;
+    sink.onEvent(event);
   } else if (sentence.isType("GGA")) {
     decodeGga(sentence);
   }
-}
-
-void NmeaReaderC::decodeRmc(SentenceC const& sentence) {
-  FieldsT const fields = splitFields(sentence.body);
-  TimeEventC event = sentence.event(EVENT_TIME);
-  RefusalE const time = readTime(fields[1], event.utc);
-  RefusalE const date = readShortDate(fields[9], event.utc);
-  if (time == REFUSAL_NONE && date == REFUSAL_NONE) {
-    event.timeForm = TIMEFORM_UTC;
-  }
-  hasNoFix = fields[2] != "A";
-  if (hasNoFix) {
-    event.refusal = REFUSAL_VOID;
-  } else if (time != REFUSAL_NONE || date != REFUSAL_NONE) {
-    event.refusal = time != REFUSAL_NONE ? time : date;
-  } else if (event.utc.second == 60) {
-    event.refusal = REFUSAL_LEAP_SECOND;
-  }
-  sink.onEvent(event);
-}
-
-void NmeaReaderC::decodeZda(SentenceC const& sentence) {
-  FieldsT const fields = splitFields(sentence.body);
-  TimeEventC event = sentence.event(EVENT_TIME);
-  RefusalE const time = readTime(fields[1], event.utc);
-  RefusalE const date = readLongDate(fields, event.utc, event.signs);
-  if (time == REFUSAL_NONE && date == REFUSAL_NONE) {
-    event.timeForm = TIMEFORM_UTC;
-    event.signs |= hasNoFix ? SIGN_NO_FIX : SIGN_NONE;
-    event.refusal = event.utc.second == 60 ? REFUSAL_LEAP_SECOND : REFUSAL_NONE;
-  } else {
-    event.refusal = time != REFUSAL_NONE ? time : date;
-  }
-  sink.onEvent(event);
 }
 
 void NmeaReaderC::decodeGga(SentenceC const& sentence) {

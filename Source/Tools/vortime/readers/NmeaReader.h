@@ -13,7 +13,7 @@ namespace KTX::VORTIME {
 /// Reads NMEA 0183 sentences of any talker: the date and time of RMC and ZDA, the state of the fix
 /// from RMC and GGA, and the checksum of all.
 ///
-/// Two-digit years 80 to 99 belong to the 20th century, all others to the 21st.
+/// The two-digit years 80 to 99 of RMC belong to the 20th century, all others to the 21st.
 class NmeaReaderC {
  public:
   /// Both must outlive the reader.
@@ -28,8 +28,6 @@ class NmeaReaderC {
 
   void refuse(SentenceC const& sentence, RefusalE refusal);
   void decode(SentenceC const& sentence);
-  void decodeRmc(SentenceC const& sentence);
-  void decodeZda(SentenceC const& sentence);
   void decodeGga(SentenceC const& sentence);
 
   TimeEventSinkI& sink;

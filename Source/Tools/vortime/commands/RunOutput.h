@@ -1,0 +1,47 @@
+#ifndef KTX_VORTIME_RUNOUTPUT_H
+#define KTX_VORTIME_RUNOUTPUT_H
+
+#include <memory>
+
+#include "commands/ReplayCommand.h"
+#include "output/OutputFile.h"
+#include "output/TraceFile.h"
+#include "replay/EstimateStep.h"
+#include "replay/ReplayEngine.h"
+#include "replay/ReplayReport.h"
+#include "system/ExitCode.h"
+
+namespace KTX::VORTIME {
+
+/// Everything that a run writes: the report, the trace, the plot.
+class RunOutputC : public EstimateSinkI {
+ public:
+  /// isLive: every line is written at once.
+  RunOutputC(RunOutputOptionsC const& outputOptions, int resultDescriptor, bool isLive);
+  ~RunOutputC() override;
+
+  /// Opens what is written to files; says what cannot be opened.
+  bool open();
+  ReplayReportI& report() { return *runReport; }
+  OutputFileC& results() { return out; }
+  /// Null when nobody wants the estimator's steps.
+  EstimateSinkI* estimates();
+  void setLeapSeconds(TIM::LeapSecondProviderI& provider);
+
+  void onEstimate(EstimateStepC const& step) override;
+
+  /// True once the results can no longer be written, so that a run may end early.
+  bool hasFailed() const { return out.hasFailed(); }
+  /// Writes what is left and draws the plot; says what failed.
+  ExitCodeE finish();
+
+ private:
+  RunOutputOptionsC const options;
+  OutputFileC out;
+  std::unique_ptr<ReplayReportI> runReport;
+  std::unique_ptr<TraceFileC> trace;
+};
+
+}  // namespace KTX::VORTIME
+
+#endif  // KTX_VORTIME_RUNOUTPUT_H

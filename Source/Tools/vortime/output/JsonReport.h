@@ -1,0 +1,48 @@
+#ifndef KTX_VORTIME_JSONREPORT_H
+#define KTX_VORTIME_JSONREPORT_H
+
+#include <cstdint>
+#include <string>
+
+#include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
+#include "output/OutputFile.h"
+#include "replay/ReplayReport.h"
+
+namespace KTX::VORTIME {
+
+/// Writes a run for programs: one JSON object a line.
+class JsonReportC : public ReplayReportI {
+ public:
+  /// output must outlive the report. isQuiet: leaves out observations and refusals. isLive: every
+  /// line is written at once.
+  JsonReportC(OutputFileC& output, bool isQuiet, bool isLive);
+  ~JsonReportC() override;
+
+  void setLeapSeconds(TIM::LeapSecondProviderI& provider) override { leapSeconds = &provider; }
+  void onInput(std::string const& name) override;
+  void onObservation(MessageReportC const& message,
+                     std::int64_t noiseMs,
+                     EstimateStepC const& step) override;
+  void onRefusal(MessageReportC const& message, RefusalE refusal) override;
+  void onCorrection(CorrectionReportC const& correction) override;
+  void onLeapStatement(MessageReportC const& message, LeapReportC const& leap) override;
+  void onLeapChange(TIM::UtcLeapSecondRecord const& previous,
+                    TIM::UtcLeapSecondRecord const& current) override;
+  void onSummary(SummaryReportC const& summary) override;
+
+ private:
+  void begin(char const* type);
+  void appendMessage(MessageReportC const& message);
+  void appendTime(MessageReportC const& message);
+  void end();
+
+  OutputFileC& out;
+  bool const quiet;
+  bool const live;
+  TIM::LeapSecondProviderI* leapSeconds;
+  std::string quotedInput;
+};
+
+}  // namespace KTX::VORTIME
+
+#endif  // KTX_VORTIME_JSONREPORT_H

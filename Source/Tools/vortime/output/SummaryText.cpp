@@ -1,0 +1,102 @@
+#include "output/SummaryText.h"
+
+#include <cstdint>
+
+#include "output/RecordText.h"
+#include "output/TextFormat.h"
+
+namespace KTX::VORTIME {
+namespace {
+
+constexpr double MS_PER_DAY = 8.64e7;
+
+void appendRow(std::string& text, std::string_view name, std::string_view value) {
+  text += "  ";
+  appendLeft(text, name, 15);
+  text += value;
+  text += '\n';
+}
+
+std::string inputsText(SummaryReportC const& summary) {
+  ReadCountsC const& read = summary.read;
+  return std::to_string(summary.inputs.size()) +
+         (summary.inputs.size() == 1 ? " input, " : " inputs, ") + std::to_string(read.bytes) +
+         " bytes, " + std::to_string(read.lines) + " lines";
+}
+
+std::string messagesText(ReadCountsC const& read) {
+  std::string text;
+  auto const append = [&text](std::uint64_t count, char const* name) {
+    if (count != 0) {
+      text += (text.empty() ? "" : ", ") + std::to_string(count) + ' ' + name;
+    }
+  };
+  append(read.sentences, "NMEA sentences");
+  append(read.frames, "UBX frames");
+  append(read.reports, "gpsd reports");
+  append(read.headers, "RINEX headers");
+  return text.empty() ? "none" : text;
+}
+
+std::string kindsText(ReadCountsC const& read) {
+  std::string text;
+  for (std::size_t i = 0; i < read.messageKinds(); ++i) {
+    text += (i == 0 ? "" : ", ") + std::string(read.message(i).name.data()) + ' ' +
+            std::to_string(read.message(i).count);
+  }
+  return text;
+}
+
+std::string refusedText(ReplayCountsC const& counts) {
+  std::string text = std::to_string(counts.allRefused());
+  char const* separator = ": ";
+  for (std::size_t i = 0; i < counts.refused.size(); ++i) {
+    if (counts.refused[i] != 0) {
+      text += separator + std::string(refusalName(static_cast<RefusalE>(i))) + ' ' +
+              std::to_string(counts.refused[i]);
+      separator = ", ";
+    }
+  }
+  return text;
+}
+
+std::string signsText(ReplayCountsC const& counts) {
+  std::string text;
+  for (std::uint32_t i = 0; i < SIGN_COUNT; ++i) {
+    if (counts.signs[i] != 0) {
+      text += (text.empty() ? "" : ", ") + std::string(signName(static_cast<SignE>(1U << i))) +
+              ' ' + std::to_string(counts.signs[i]);
+    }
+  }
+  return text.empty() ? "none" : text;
+}
+
+std::string millisecondsText(double days) {
+  std::string text;
+  appendFixed(text, days * MS_PER_DAY, 1);
+  return text + " ms";
+}
+
+}  // namespace
+
+std::string summaryText(SummaryReportC const& summary) {
+  std::string text = summary.isInterrupted ? "Summary (interrupted)\n" : "Summary\n";
+  appendRow(text, "read", inputsText(summary));
+  appendRow(text, "messages", messagesText(summary.read));
+  if (summary.read.messageKinds() != 0) {
+    appendRow(text, "whole", kindsText(summary.read));
+  }
+  appendRow(text, "bad checksums", std::to_string(summary.read.badChecksums));
+  appendRow(text, "observations", std::to_string(summary.counts.used) + " used");
+  appendRow(text, "refused", refusedText(summary.counts));
+  appendRow(text, "warning signs", signsText(summary.counts));
+  appendRow(text, "corrections", std::to_string(summary.counts.corrections));
+  appendRow(
+      text, "leap second",
+      std::to_string(summary.leapSeconds) + " s in force (" + recordText(summary.leapRecord) + ")");
+  appendRow(text, "uncertainty",
+            summary.hasStarted ? millisecondsText(summary.estimate.estimatedSigma) : "unknown");
+  return text;
+}
+
+}  // namespace KTX::VORTIME

@@ -1,0 +1,200 @@
+#include "output/TextReport.h"
+
+#include "KTX/TIM/KTX_TIM_LeapSecondSource.h"
+#include "output/RecordText.h"
+#include "output/SummaryText.h"
+#include "output/TextFormat.h"
+#include "replay/TimeConversion.h"
+
+namespace KTX::VORTIME {
+namespace {
+
+constexpr std::size_t PLACE_WIDTH = 8;
+constexpr std::size_t MESSAGE_WIDTH = 13;
+constexpr char const* INDENT = "          ";
+
+bool isSame(LeapReportC const& a, LeapReportC const& b) {
+  return a.outcome == b.outcome && a.refusal == b.refusal && a.isOffered == b.isOffered &&
+         a.record == b.record;
+}
+
+}  // namespace
+
+TextReportC::TextReportC(OutputFileC& output, bool isQuiet, bool isLive)
+    : out(output), quiet(isQuiet), live(isLive), leapSeconds(TIM::getDefaultLeapSecondProvider()) {}
+
+TextReportC::~TextReportC() = default;
+
+void TextReportC::onInput(std::string const& name) {
+  signsWarnedOf = SIGN_NONE;
+  hasLastLeap = false;
+  out.buffer() += name;
+  out.buffer() += '\n';
+  if (!quiet) {
+    out.buffer() +=
+        "    line  message      UTC                        week  ms of week  MJD              "
+        "change/ms\n";
+  }
+  endLine();
+}
+
+// UBX frames and RINEX records have no lines of their own, but a reader of the log finds both so.
+void TextReportC::beginLine(MessageReportC const& message) {
+  std::string place;
+  TimeEventC const& event = message.event;
+  if (event.format == FORMAT_UBX) {
+    place += '@';
+    appendUnsigned(place, event.offset);
+  } else {
+    appendUnsigned(place, event.line);
+  }
+  appendRight(out.buffer(), place, PLACE_WIDTH);
+  out.buffer() += "  ";
+  appendLeft(out.buffer(), event.message.empty() ? "?" : event.message, MESSAGE_WIDTH);
+}
+
+void TextReportC::appendTime(MessageReportC const& message) {
+  std::string& text = out.buffer();
+  appendCalendar(text, message.observation->utc());
+  text += "Z";
+  if (!message.observation->isInRange()) {
+    return;
+  }
+  TIM::GpsC const gps = message.observation->gps(*leapSeconds);
+  std::string number;
+  appendUnsigned(number, gps.getWeek());
+  appendRight(text, number, 7);
+  number.clear();
+  appendUnsigned(number, gps.getMsOfWeek());
+  appendRight(text, number, 12);
+  text += "  ";
+  appendFixed(text, message.observation->utcDayNumber(), 9);
+}
+
+void TextReportC::appendSigns(std::uint32_t signs) {
+  for (std::uint32_t i = 0; signs >> i != 0; ++i) {
+    if ((signs >> i & 1U) != 0) {
+      out.buffer() += "  ";
+      out.buffer() += signName(static_cast<SignE>(1U << i));
+    }
+  }
+}
+
+void TextReportC::endLine() {
+  if (live) {
+    out.flush();
+  } else {
+    out.commit();
+  }
+}
+
+void TextReportC::warnOnce(MessageReportC const& message) {
+  std::uint32_t const fresh = message.signs & ~signsWarnedOf;
+  if (fresh == SIGN_NONE) {
+    return;
+  }
+  signsWarnedOf |= fresh;
+  beginLine(message);
+  out.buffer() += "warning:";
+  appendSigns(fresh);
+  out.buffer() += '\n';
+  endLine();
+}
+
+void TextReportC::onObservation(MessageReportC const& message,
+                                std::int64_t /*noiseMs*/,
+                                EstimateStepC const& step) {
+  if (quiet) {
+    warnOnce(message);
+    return;
+  }
+  beginLine(message);
+  appendTime(message);
+  std::string number;
+  appendSigned(number, step.differenceMs);
+  appendRight(out.buffer(), number, 11);
+  appendSigns(message.signs);
+  out.buffer() += '\n';
+  endLine();
+}
+
+void TextReportC::onRefusal(MessageReportC const& message, RefusalE refusal) {
+  if (quiet) {
+    warnOnce(message);
+    return;
+  }
+  beginLine(message);
+  if (message.observation != nullptr) {
+    appendTime(message);
+    out.buffer() += "  ";
+  }
+  out.buffer() += "refused: ";
+  out.buffer() += refusalName(refusal);
+  appendSigns(message.signs);
+  out.buffer() += '\n';
+  endLine();
+}
+
+void TextReportC::onCorrection(CorrectionReportC const& correction) {
+  TIM::GpsC const present(correction.week, correction.msOfWeek);
+  std::string& text = out.buffer();
+  text += INDENT;
+  text += "correction   ";
+  appendCalendar(text, utcOfGps(present));
+  text += "Z";
+  std::string number;
+  appendUnsigned(number, correction.week);
+  appendRight(text, number, 7);
+  number.clear();
+  appendUnsigned(number, correction.msOfWeek);
+  appendRight(text, number, 12);
+  text += "  changed by ";
+  appendSigned(text, correction.changeMs);
+  text += " ms\n";
+  endLine();
+}
+
+void TextReportC::onLeapStatement(MessageReportC const& message, LeapReportC const& leap) {
+  // A receiver repeats its statement every second: the first tells all.
+  if (hasLastLeap && isSame(leap, lastLeap)) {
+    return;
+  }
+  hasLastLeap = true;
+  lastLeap = leap;
+  bool const isNews = leap.outcome == LEAP_ACCEPTED || leap.outcome == LEAP_REFUSED;
+  if (quiet && !isNews) {
+    return;
+  }
+  beginLine(message);
+  std::string& text = out.buffer();
+  if (leap.isOffered) {
+    text += recordText(leap.record);
+  } else {
+    appendSigned(text, message.event.leap.current);
+    text += " s";
+  }
+  static constexpr char const* OUTCOMES[] = {": the count in force", ": held already", ": accepted",
+                                             ": refused: "};
+  text += OUTCOMES[leap.outcome];
+  if (leap.outcome == LEAP_REFUSED) {
+    text += refusalName(leap.refusal);
+  }
+  appendSigns(message.signs);
+  text += '\n';
+  endLine();
+}
+
+void TextReportC::onLeapChange(TIM::UtcLeapSecondRecord const& previous,
+                               TIM::UtcLeapSecondRecord const& current) {
+  out.buffer() += INDENT;
+  out.buffer() +=
+      "leap second  " + recordText(current) + " instead of " + recordText(previous) + '\n';
+  endLine();
+}
+
+void TextReportC::onSummary(SummaryReportC const& summary) {
+  out.buffer() += summaryText(summary);
+  endLine();
+}
+
+}  // namespace KTX::VORTIME

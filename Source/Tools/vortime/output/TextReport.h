@@ -1,0 +1,51 @@
+#ifndef KTX_VORTIME_TEXTREPORT_H
+#define KTX_VORTIME_TEXTREPORT_H
+
+#include <cstdint>
+#include <string>
+
+#include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
+#include "output/OutputFile.h"
+#include "replay/ReplayReport.h"
+
+namespace KTX::VORTIME {
+
+/// Writes a run for people: a line for every dated message, then the summary.
+class TextReportC : public ReplayReportI {
+ public:
+  /// output must outlive the report. isQuiet: leaves out observations and refusals. isLive: every
+  /// line is written at once.
+  TextReportC(OutputFileC& output, bool isQuiet, bool isLive);
+  ~TextReportC() override;
+
+  void setLeapSeconds(TIM::LeapSecondProviderI& provider) override { leapSeconds = &provider; }
+  void onInput(std::string const& name) override;
+  void onObservation(MessageReportC const& message,
+                     std::int64_t noiseMs,
+                     EstimateStepC const& step) override;
+  void onRefusal(MessageReportC const& message, RefusalE refusal) override;
+  void onCorrection(CorrectionReportC const& correction) override;
+  void onLeapStatement(MessageReportC const& message, LeapReportC const& leap) override;
+  void onLeapChange(TIM::UtcLeapSecondRecord const& previous,
+                    TIM::UtcLeapSecondRecord const& current) override;
+  void onSummary(SummaryReportC const& summary) override;
+
+ private:
+  void beginLine(MessageReportC const& message);
+  void appendTime(MessageReportC const& message);
+  void appendSigns(std::uint32_t signs);
+  void endLine();
+  void warnOnce(MessageReportC const& message);
+
+  OutputFileC& out;
+  bool const quiet;
+  bool const live;
+  TIM::LeapSecondProviderI* leapSeconds;
+  std::uint32_t signsWarnedOf = 0;
+  bool hasLastLeap = false;
+  LeapReportC lastLeap;
+};
+
+}  // namespace KTX::VORTIME
+
+#endif  // KTX_VORTIME_TEXTREPORT_H

@@ -1,0 +1,71 @@
+#include "replay/Observation.h"
+
+#include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "readers/CivilTime.h"
+#include "replay/TimeConversion.h"
+
+namespace KTX::VORTIME {
+namespace {
+
+constexpr std::int64_t NS_PER_MS = 1000000;
+constexpr std::int64_t FIRST_UNIX_MS = 315964800000;                       // 1980-01-06
+constexpr std::int64_t END_UNIX_MS = FIRST_UNIX_MS + 65535LL * 604800000;  // with a week to spare
+
+std::int64_t roundedMs(std::int64_t nanoseconds) {
+  std::int64_t const half = NS_PER_MS / 2;
+  return (nanoseconds >= 0 ? nanoseconds + half : nanoseconds - half) / NS_PER_MS;
+}
+
+TIM::GpsC gpsOf(TimeEventC const& event) {
+  TIM::GpsC gps(static_cast<std::uint16_t>(event.week), 0);
+  gps += roundedMs(event.nanosecondOfWeek);
+  return gps;
+}
+
+std::int64_t roundedUnixMs(CivilTimeC const& time) {
+  // Field by field: years far from 1970 do not fit into nanoseconds.
+  return daysSince1970(time.year, time.month, time.day) * 86400000LL + time.hour * 3600000LL +
+         time.minute * 60000LL + time.second * 1000LL + roundedMs(time.nanosecond);
+}
+
+}  // namespace
+
+ObservationC::ObservationC(TimeEventC const& event)
+    : statesGps(event.timeForm == TIMEFORM_GPS),
+      calendar(TIM::YmdhmsC::zero(TIM::TIMEBASE_UTC, 1)),
+      statedUnixMs(0) {
+  if (statesGps) {
+    statedGps = gpsOf(event);
+    calendar = utcOfGps(statedGps);
+    statedUnixMs = unixMsOf(calendar);
+  } else {
+    statedUnixMs = roundedUnixMs(event.utc);
+    calendar = utcCalendarOf(statedUnixMs);
+  }
+}
+
+bool ObservationC::isInRange() const {
+  return statedUnixMs >= FIRST_UNIX_MS && statedUnixMs < END_UNIX_MS;
+}
+
+double ObservationC::utcDayNumber() const {
+  return TIM::MjdTimeC(calendar).getDayNumber();
+}
+
+TIM::GpsC ObservationC::gps(TIM::LeapSecondProviderI& provider) const {
+  return statesGps ? statedGps : gpsOfUtc(calendar, provider);
+}
+
+double ObservationC::observedDayNumber() const {
+  return statesGps ? handedOverDayNumber(statedGps) : utcDayNumber();
+}
+
+void ObservationC::makeToCurrentTime(std::int64_t noiseMs) const {
+  if (statesGps) {
+    statedGps.makeToCurrentTime(noiseMs, 1);
+  } else {
+    calendar.makeToCurrentTime(noiseMs);
+  }
+}
+
+}  // namespace KTX::VORTIME

@@ -1,0 +1,358 @@
+#include "replay/ReplayEngine.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <boost/make_shared.hpp>
+
+#include "KTX/TIM/KTX_TIM_ClockFactory.h"
+#include "KTX/TIM/KTX_TIM_ResultCode.h"
+#include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
+#include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "KTX/TIM/KTX_TIM_UtcLeapSecondChanged.h"
+#include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
+#include "replay/TimeConversion.h"
+
+namespace KTX::VORTIME {
+namespace {
+
+constexpr std::int64_t NS_PER_MS = 1000000;
+
+TIM::LeapSecondSource sourceOf(LeapSystemE system) {
+  switch (system) {
+    case LEAPSYSTEM_GPS:
+      return TIM::LEAPSECOND_GPS;
+    case LEAPSYSTEM_GLONASS:
+      return TIM::LEAPSECOND_GLONASS;
+    case LEAPSYSTEM_GALILEO:
+      return TIM::LEAPSECOND_GALILEO;
+    case LEAPSYSTEM_SBAS:
+      return TIM::LEAPSECOND_SBAS;
+    case LEAPSYSTEM_QZSS:
+      return TIM::LEAPSECOND_QZSS;
+    case LEAPSYSTEM_BEIDOU:
+      return TIM::LEAPSECOND_BEIDOU;
+    default:
+      return TIM::LEAPSECOND_DEFAULT;
+  }
+}
+
+template <class Integer>
+bool fits(std::int32_t value) {
+  return value >= std::numeric_limits<Integer>::min() &&
+         value <= std::numeric_limits<Integer>::max();
+}
+
+bool isAnnouncement(LeapStatementC const& leap) {
+  return leap.hasEffectivity && leap.system != LEAPSYSTEM_UNKNOWN;
+}
+
+// False for numbers that the library's record cannot hold.
+bool makeRecord(LeapStatementC const& leap, TIM::UtcLeapSecondRecord& record) {
+  bool const isWhole = isAnnouncement(leap);
+  std::int32_t const future = isWhole ? leap.future : leap.current;
+  std::int32_t const week = isWhole ? leap.week : 0;
+  std::int32_t const day = isWhole ? leap.day : 0;
+  if (!fits<std::int16_t>(leap.current) || !fits<std::int16_t>(future) ||
+      !fits<std::uint16_t>(week) || !fits<std::uint8_t>(day)) {
+    return false;
+  }
+  record.source = isWhole ? sourceOf(leap.system) : TIM::LEAPSECOND_DEFAULT;
+  record.current = static_cast<std::int16_t>(leap.current);
+  record.future = static_cast<std::int16_t>(future);
+  record.week = static_cast<std::uint16_t>(week);
+  record.day = static_cast<std::uint8_t>(day);
+  record.effectivityKnown = isWhole;
+  return true;
+}
+
+std::int16_t countInForce() {
+  TIM::UtcLeapSecondRecord record{};
+  TIM::getCurrentUtcLeapSecond(record);
+  return record.current;
+}
+
+}  // namespace
+
+ReplayEngineC::ReplayEngineC(HostPcI& hostPc,
+                             ReplayOptionsC const& replayOptions,
+                             ReplayReportI& replayReport,
+                             EstimateSinkI* estimateSink)
+    : pc(hostPc),
+      options(replayOptions),
+      report(replayReport),
+      estimates(estimateSink),
+      systemClock(boost::make_shared<HeldClockC>(true)),
+      steadyClock(boost::make_shared<HeldClockC>(false)) {
+  if (options.referenceUnixMs) {
+    detector.setReferenceDate(*options.referenceUnixMs);
+  }
+  correctionConnection = TIM::connectTimeCorrected(
+      [this](int week, int millisecondsOfWeek, TIM::TimeChangeT const& change) {
+        corrections.push_back(CorrectionReportC{static_cast<std::uint16_t>(week),
+                                                static_cast<std::uint32_t>(millisecondsOfWeek),
+                                                change.count()});
+      });
+  leapConnection = TIM::connectUtcLeapSecondChanged(
+      [this](boost::shared_ptr<TIM::UtcLeapSecondChanged> const& change) {
+        hasLeapChange = true;
+        previousLeap = change->previous;
+        currentLeap = change->current;
+      });
+}
+
+ReplayEngineC::~ReplayEngineC() {
+  if (hasClocks) {
+    TIM::setSysTimeClocks(
+        TIM::createClock<boost::milli>(TIM::CLOCKTYPE_POSIX, TIM::CLOCKREF_DEFAULT),
+        TIM::createClock<boost::milli>(TIM::CLOCKTYPE_STEADY, TIM::CLOCKREF_DEFAULT));
+  }
+}
+
+TIM::LeapSecondProviderI& ReplayEngineC::leapSeconds() {
+  return options.usesLeapHistory ? history : *TIM::getDefaultLeapSecondProvider();
+}
+
+void ReplayEngineC::beginInput(std::string const& name) {
+  inputs.push_back(name);
+  isNewInput = true;
+  detector.expectStep();
+  report.onInput(name);
+}
+
+void ReplayEngineC::onEvent(TimeEventC const& event) {
+  switch (event.kind) {
+    case EVENT_TIME:
+      onTime(event);
+      break;
+    case EVENT_LEAP:
+      onLeap(event);
+      break;
+    case EVENT_FILE_DATE:
+      onFileDate(event);
+      break;
+  }
+}
+
+void ReplayEngineC::onTime(TimeEventC const& event) {
+  if (event.timeForm == TIMEFORM_NONE) {
+    refuse(MessageReportC{event, event.signs, nullptr}, event.refusal);
+    return;
+  }
+  if (event.refusal == REFUSAL_NONE) {
+    seedLeapSecond(event);
+  }
+  ObservationC const observation(event);
+  MessageReportC message{event, event.signs, &observation};
+  if (event.refusal != REFUSAL_NONE || !observation.isInRange()) {
+    refuse(message, event.refusal != REFUSAL_NONE ? event.refusal : REFUSAL_OUT_OF_RANGE);
+    return;
+  }
+  PcReadingC const reading = arrive(event, observation.unixMs());
+  message.signs |= reading.hasRunBack ? SIGN_HOST_TIME_BACK : SIGN_NONE;
+  message.signs |= detector.signsOfTime(observation.unixMs(), reading.steadyMs, event.hasHostTime,
+                                        event.hostUnixMs);
+  if (event.leap.hasCount && hasClocks) {
+    message.signs |= SignDetectorC::signsOfLeap(event.leap, countInForce());
+  }
+  countSigns(message.signs);
+  if (options.isStrict && message.signs != SIGN_NONE) {
+    refuse(message, REFUSAL_STRICT);
+    return;
+  }
+  if (!hasClocks) {
+    startClocks(reading);
+    handPendingLeap();
+  }
+  useObservation(message, reading);
+}
+
+void ReplayEngineC::onLeap(TimeEventC const& event) {
+  MessageReportC message{event, event.signs, nullptr};
+  if (event.refusal != REFUSAL_NONE) {
+    refuse(message, event.refusal);
+    return;
+  }
+  if (!hasClocks) {
+    pendingLeap = event;
+    return;
+  }
+  message.signs |= SignDetectorC::signsOfLeap(event.leap, countInForce());
+  countSigns(message.signs);
+  if (options.isStrict && message.signs != SIGN_NONE) {
+    refuse(message, REFUSAL_STRICT);
+    return;
+  }
+  offerLeap(message);
+}
+
+void ReplayEngineC::onFileDate(TimeEventC const& event) {
+  seedLeapSecond(event);
+  ObservationC const observation(event);
+  if (!observation.isInRange() || (hasClocks && observation.unixMs() <= latestUnixMs)) {
+    return;
+  }
+  PcReadingC const reading = arrive(event, observation.unixMs());
+  if (!hasClocks) {
+    startClocks(reading);
+    handPendingLeap();
+  }
+}
+
+void ReplayEngineC::seedLeapSecond(TimeEventC const& event) {
+  if (isSeeded || !options.usesLeapHistory) {
+    return;
+  }
+  isSeeded = true;
+  // The host's date rather than that of a receiver, which may be 1024 weeks off.
+  TIM::GpsC const start = event.hasHostTime ? gpsOfUtc(utcCalendarOf(event.hostUnixMs), history)
+                                            : ObservationC(event).gps(history);
+  TIM::UtcLeapSecondRecord const record = LeapHistoryC::statementAt(start);
+  TIM::resetSatelliteLeapSecond(&record);
+}
+
+PcReadingC ReplayEngineC::arrive(TimeEventC const& event, std::int64_t unixMs) {
+  ArrivalC arrival;
+  arrival.statedUnixMs = unixMs;
+  arrival.hasHostTime = event.hasHostTime;
+  arrival.hostUnixMs = event.hostUnixMs;
+  arrival.message = event.message;
+  arrival.isFirst = !hasClocks;
+  arrival.isNewInput = isNewInput;
+  isNewInput = false;
+  PcReadingC const reading = pc.arrive(arrival);
+  latestUnixMs = unixMs;
+  steadyMs = reading.steadyMs;
+  systemClock->hold(reading.systemUnixMs);
+  steadyClock->hold(reading.steadyMs);
+  return reading;
+}
+
+void ReplayEngineC::startClocks(PcReadingC const& reading) {
+  hasClocks = true;
+  TIM::setSysTimeClocks(systemClock, steadyClock);
+  mirror.start(utcDayNumberOf(reading.systemUnixMs), reading.steadyMs);
+}
+
+void ReplayEngineC::useObservation(MessageReportC const& message, PcReadingC const& reading) {
+  TimeEventC const& event = message.event;
+  if (event.leap.hasCount && event.leap.current != countInForce()) {
+    offerLeap(message);
+  }
+  std::int64_t const noiseMs = noiseOf(event);
+  ObservationC const& observation = *message.observation;
+  EstimateStepC const& step =
+      mirror.observe(observation.observedDayNumber(), reading.steadyMs, noiseMs);
+  observation.makeToCurrentTime(noiseMs);
+  detector.useTime(observation.unixMs(), reading.steadyMs);
+  ++runCounts.used;
+  report.onObservation(message, noiseMs, step);
+  if (estimates != nullptr) {
+    estimates->onEstimate(step);
+  }
+  reportCorrections();
+}
+
+void ReplayEngineC::offerLeap(MessageReportC const& message) {
+  LeapStatementC const& leap = message.event.leap;
+  LeapReportC leapReport;
+  if (!isAnnouncement(leap) && leap.current == countInForce()) {
+    ++runCounts.leapStatements;
+    report.onLeapStatement(message, leapReport);
+    return;
+  }
+  if (!makeRecord(leap, leapReport.record)) {
+    refuse(message, REFUSAL_MALFORMED);
+    return;
+  }
+  setLeapSecond(leapReport);
+  if (leapReport.outcome == LEAP_REFUSED) {
+    ++runCounts.refused[leapReport.refusal];
+  } else {
+    ++runCounts.leapStatements;
+  }
+  report.onLeapStatement(message, leapReport);
+  if (leapReport.outcome == LEAP_ACCEPTED) {
+    ++runCounts.leapChanges;
+    report.onLeapChange(previousLeap, currentLeap);
+  }
+  reportCorrections();
+}
+
+void ReplayEngineC::setLeapSecond(LeapReportC& leapReport) {
+  TIM::GpsC const now = TIM::GpsC::currentTime();
+  hasLeapChange = false;
+  leapReport.isOffered = true;
+  leapReport.resultCode = TIM::setUtcLeapSecond(leapReport.record, true);
+  if (leapReport.resultCode == TIM::RC_OK) {
+    leapReport.outcome = hasLeapChange ? LEAP_ACCEPTED : LEAP_UNCHANGED;
+  } else {
+    leapReport.outcome = LEAP_REFUSED;
+    leapReport.refusal = leapReport.resultCode == TIM::RC_INVALID_LEAPSECOND
+                             ? REFUSAL_LEAP_INVALID
+                             : REFUSAL_LEAP_REJECTED;
+  }
+  if (hasLeapChange) {
+    // A change makes the library observe its own present anew, without noise.
+    EstimateStepC const& step = mirror.observe(handedOverDayNumber(now), steadyMs, 0);
+    if (estimates != nullptr) {
+      estimates->onEstimate(step);
+    }
+  }
+}
+
+void ReplayEngineC::handPendingLeap() {
+  if (pendingLeap) {
+    TimeEventC const event = *pendingLeap;
+    pendingLeap.reset();
+    onLeap(event);
+  }
+}
+
+void ReplayEngineC::refuse(MessageReportC const& message, RefusalE refusal) {
+  ++runCounts.refused[refusal];
+  report.onRefusal(message, refusal);
+}
+
+void ReplayEngineC::countSigns(std::uint32_t signs) {
+  for (std::uint32_t i = 0; signs != 0 && i < SIGN_COUNT; ++i) {
+    runCounts.signs[i] += signs >> i & 1U;
+  }
+}
+
+void ReplayEngineC::reportCorrections() {
+  if (corrections.empty()) {
+    return;
+  }
+  std::vector<CorrectionReportC> const released = std::move(corrections);
+  corrections.clear();
+  for (CorrectionReportC const& correction : released) {
+    ++runCounts.corrections;
+    report.onCorrection(correction);
+  }
+}
+
+std::int64_t ReplayEngineC::noiseOf(TimeEventC const& event) const {
+  if (options.noiseMs) {
+    return *options.noiseMs;
+  }
+  if (event.accuracyNs < 0) {
+    return DEFAULT_NOISE_MS;
+  }
+  // With no noise at all every residual would set the estimate anew.
+  return std::max<std::int64_t>((event.accuracyNs + NS_PER_MS - 1) / NS_PER_MS, 1);
+}
+
+void ReplayEngineC::finish(ReadCountsC const& read, bool isInterrupted) {
+  if (pendingLeap) {
+    refuse(MessageReportC{*pendingLeap, pendingLeap->signs, nullptr}, REFUSAL_NO_TIME);
+    pendingLeap.reset();
+  }
+  SummaryReportC summary{inputs,        read, runCounts, runCounts.used > 0,
+                         mirror.last(), 0,    {},        isInterrupted};
+  TIM::getCurrentUtcLeapSecond(summary.leapRecord);
+  summary.leapSeconds = summary.leapRecord.current;
+  report.onSummary(summary);
+}
+
+}  // namespace KTX::VORTIME

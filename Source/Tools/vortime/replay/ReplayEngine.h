@@ -1,0 +1,102 @@
+#ifndef KTX_VORTIME_REPLAYENGINE_H
+#define KTX_VORTIME_REPLAYENGINE_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+#include <boost/signals2/connection.hpp>
+
+#include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
+#include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
+#include "readers/TimeEvent.h"
+#include "replay/EstimateMirror.h"
+#include "replay/HeldClock.h"
+#include "replay/HostPc.h"
+#include "replay/LeapHistory.h"
+#include "replay/ReplayCounts.h"
+#include "replay/ReplayReport.h"
+#include "replay/SignDetector.h"
+
+namespace KTX::VORTIME {
+
+/// How a run treats its messages.
+struct ReplayOptionsC {
+  std::optional<std::int64_t> noiseMs;  ///< for all observations, whatever accuracy they state
+  bool isStrict = false;                ///< leave out messages with a sign
+  bool usesLeapHistory = true;          ///< begin with the leap second of the first date
+  std::optional<std::int64_t> referenceUnixMs;  ///< about when the log was recorded
+};
+
+/// Hands the messages of a receiver to the library, as its application would, on clocks of its own.
+/// There can be one at a time: the library's present and leap second are those of the process.
+class ReplayEngineC : public TimeEventSinkI {
+ public:
+  /// The standard deviation of observations that state no accuracy.
+  static constexpr std::int64_t DEFAULT_NOISE_MS = 10;
+
+  /// All must outlive the engine; estimateSink may be null.
+  ReplayEngineC(HostPcI& hostPc,
+                ReplayOptionsC const& replayOptions,
+                ReplayReportI& replayReport,
+                EstimateSinkI* estimateSink);
+  ~ReplayEngineC() override;
+  ReplayEngineC(ReplayEngineC const&) = delete;
+  ReplayEngineC& operator=(ReplayEngineC const&) = delete;
+
+  /// Tells that the events of another input follow.
+  void beginInput(std::string const& name);
+  void onEvent(TimeEventC const& event) override;
+  /// Tells that no event follows and reports the summary.
+  void finish(ReadCountsC const& read, bool isInterrupted);
+
+  ReplayCountsC const& counts() const { return runCounts; }
+  /// The leap seconds by which the engine turns stated UTC into GPS time.
+  TIM::LeapSecondProviderI& leapSeconds();
+
+ private:
+  void onTime(TimeEventC const& event);
+  void onLeap(TimeEventC const& event);
+  void onFileDate(TimeEventC const& event);
+  void seedLeapSecond(TimeEventC const& event);
+  PcReadingC arrive(TimeEventC const& event, std::int64_t unixMs);
+  void startClocks(PcReadingC const& reading);
+  void useObservation(MessageReportC const& message, PcReadingC const& reading);
+  void offerLeap(MessageReportC const& message);
+  void setLeapSecond(LeapReportC& leapReport);
+  void refuse(MessageReportC const& message, RefusalE refusal);
+  void countSigns(std::uint32_t signs);
+  void reportCorrections();
+  void handPendingLeap();
+  std::int64_t noiseOf(TimeEventC const& event) const;
+
+  HostPcI& pc;
+  ReplayOptionsC const options;
+  ReplayReportI& report;
+  EstimateSinkI* const estimates;
+  boost::shared_ptr<HeldClockC> const systemClock;
+  boost::shared_ptr<HeldClockC> const steadyClock;
+  LeapHistoryC history;
+  SignDetectorC detector;
+  EstimateMirrorC mirror;
+  ReplayCountsC runCounts;
+  std::vector<std::string> inputs;
+  bool isNewInput = true;
+  bool isSeeded = false;
+  bool hasClocks = false;
+  std::int64_t latestUnixMs = 0;
+  std::int64_t steadyMs = 0;
+  std::optional<TimeEventC> pendingLeap;  ///< came before the first time
+  std::vector<CorrectionReportC> corrections;
+  bool hasLeapChange = false;
+  TIM::UtcLeapSecondRecord previousLeap{};
+  TIM::UtcLeapSecondRecord currentLeap{};
+  boost::signals2::scoped_connection correctionConnection;
+  boost::signals2::scoped_connection leapConnection;
+};
+
+}  // namespace KTX::VORTIME
+
+#endif  // KTX_VORTIME_REPLAYENGINE_H

@@ -1,0 +1,87 @@
+#include "system/FileName.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace KTX::VORTIME {
+namespace {
+
+constexpr std::uint32_t REPLACEMENT = 0xFFFD;
+
+// Reads the character at position at and moves it behind.
+std::uint32_t nextCharacter(std::string const& text, std::size_t& at) {
+  auto const first = static_cast<unsigned char>(text[at++]);
+  if (first < 0x80U) {
+    return first;
+  }
+  std::size_t const more = first >= 0xF0U ? 3 : first >= 0xE0U ? 2 : 1;
+  if (first < 0xC2U || first > 0xF4U || at + more > text.size()) {
+    return REPLACEMENT;
+  }
+  std::uint32_t value = first & (0x3FU >> more);
+  for (std::size_t i = 0; i < more; ++i) {
+    auto const next = static_cast<unsigned char>(text[at + i]);
+    if ((next & 0xC0U) != 0x80U) {
+      return REPLACEMENT;
+    }
+    value = value << 6U | (next & 0x3FU);
+  }
+  std::uint32_t const least = more == 3 ? 0x10000U : more == 2 ? 0x800U : 0x80U;
+  if (value < least || value > 0x10FFFFU || (value >= 0xD800U && value < 0xE000U)) {
+    return REPLACEMENT;
+  }
+  at += more;
+  return value;
+}
+
+void appendCharacter(std::string& text, std::uint32_t value) {
+  auto const append = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
+  if (value < 0x80U) {
+    append(value);
+  } else if (value < 0x800U) {
+    append(0xC0U | value >> 6U);
+    append(0x80U | (value & 0x3FU));
+  } else if (value < 0x10000U) {
+    append(0xE0U | value >> 12U);
+    append(0x80U | (value >> 6U & 0x3FU));
+    append(0x80U | (value & 0x3FU));
+  } else {
+    append(0xF0U | value >> 18U);
+    append(0x80U | (value >> 12U & 0x3FU));
+    append(0x80U | (value >> 6U & 0x3FU));
+    append(0x80U | (value & 0x3FU));
+  }
+}
+
+}  // namespace
+
+std::wstring wideFileName(std::string const& name) {
+  std::wstring wide;
+  for (std::size_t at = 0; at < name.size();) {
+    std::uint32_t const value = nextCharacter(name, at);
+    if (sizeof(wchar_t) == 2 && value >= 0x10000U) {
+      wide += static_cast<wchar_t>(0xD800U + ((value - 0x10000U) >> 10U));
+      wide += static_cast<wchar_t>(0xDC00U + (value & 0x3FFU));
+    } else {
+      wide += static_cast<wchar_t>(value);
+    }
+  }
+  return wide;
+}
+
+std::string narrowText(std::wstring const& text) {
+  std::string narrow;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    auto value = static_cast<std::uint32_t>(text[at]);
+    if (value >= 0xD800U && value < 0xE000U) {
+      std::uint32_t const low = at + 1 < text.size() ? static_cast<std::uint32_t>(text[at + 1]) : 0;
+      bool const isPair = value < 0xDC00U && low >= 0xDC00U && low < 0xE000U;
+      value = isPair ? 0x10000U + ((value - 0xD800U) << 10U) + (low - 0xDC00U) : REPLACEMENT;
+      at += isPair ? 1 : 0;
+    }
+    appendCharacter(narrow, value > 0x10FFFFU ? REPLACEMENT : value);
+  }
+  return narrow;
+}
+
+}  // namespace KTX::VORTIME

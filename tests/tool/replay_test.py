@@ -1,0 +1,58 @@
+#!/usr/bin/env python3
+"""Runs `vortime replay` on the checked-in logs as a person would."""
+import os
+import pathlib
+import re
+import tempfile
+import unittest
+
+import tool_runner
+from tool_runner import SAMPLES, json_lines, run
+
+LOGS = sorted(p for p in SAMPLES.iterdir() if p.suffix in (".log", ".json"))
+
+
+class Trace(unittest.TestCase):
+    """The estimator's data lines are those that the library itself writes to its log."""
+
+    def check(self, log, *options):
+        with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
+            trace, library = pathlib.Path(folder, "trace"), pathlib.Path(folder, "library.log")
+            environment = dict(os.environ, KTX_LOG=f"*=off,TimeEstimatorData=0;file={library.name}")
+            result = run("replay", "--quiet", "--trace", trace.name, *options, log, env=environment, cwd=folder)
+            self.assertEqual(0, result.returncode, result.stderr)
+            own = trace.read_text().splitlines()
+            logged = [re.sub(r"^\S+ \S+ TimeEstimatorData \S+ ", "", line) for line in library.read_text().splitlines()]
+            self.assertEqual(logged, own)
+            return own
+
+    def test_lines_are_those_of_the_library(self):
+        self.assertGreater(len(LOGS), 8)
+        for log in LOGS:
+            with self.subTest(log=log.name):
+                self.assertGreater(len(self.check(log)), 0)
+
+    def test_lines_are_those_of_the_library_with_a_wrong_pc(self):
+        lines = self.check(SAMPLES / "telit-he910.log", "--pc-offset", "-700", "--pc-drift", "300", "--jitter", "20")
+        self.assertEqual(187, len(lines))
+        lines = self.check(SAMPLES / "telit-he910.log", "--noise", "0", "--pc-offset", "86400000")
+        self.assertEqual(187, len(lines))
+
+
+class FirstSlice(unittest.TestCase):
+    def test_dated_sentences_show_week_milliseconds_utc_and_day_number(self):
+        lines = run("replay", SAMPLES / "isync.log").stdout.splitlines()
+        self.assertIn("      12  GPRMC        2016-02-03T13:15:19.000Z   1882   306936000  57421.552303241          0",
+                      lines)
+        self.assertIn("  bad checksums  0", lines)
+        self.assertIn("  observations   23 used", lines)
+        self.assertIn("  refused        1: cut 1", lines)
+
+    def test_same_log_same_result(self):
+        options = ("replay", "--json", "--jitter", "15", "--pc-drift", "50", SAMPLES / "telit-he910.log")
+        self.assertEqual(run(*options).stdout, run(*options).stdout)
+        self.assertNotEqual(run(*options).stdout, run(*options, "--seed", "2").stdout)
+
+
+if __name__ == "__main__":
+    tool_runner.main()

@@ -1,0 +1,44 @@
+"""Runs the tool for the tests beside this file. The command that starts it is the script's arguments."""
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+SAMPLES = ROOT / "samples"
+SKIPPED = 77
+COMMAND = []
+TIMEOUT = 120
+
+
+def data_folder():
+    """The folder of real receiver data, which is no part of the project; None where it is missing."""
+    folder = pathlib.Path(os.environ.get("VORTIME_DATA", ROOT.parent / "shared" / "data"))
+    return folder if (folder / "FACTS.tsv").is_file() else None
+
+
+def is_windows():
+    return COMMAND[-1].endswith(".exe")
+
+
+def run(*arguments, **options):
+    """Runs the tool to its end and returns the finished process, with its output as text."""
+    options.setdefault("timeout", TIMEOUT)
+    options.setdefault("encoding", "utf-8")
+    options.setdefault("stdin", subprocess.DEVNULL if "input" not in options else None)
+    if options["stdin"] is None:
+        del options["stdin"]
+    return subprocess.run(COMMAND + [str(a) for a in arguments], stdout=subprocess.PIPE, stderr=subprocess.PIPE, **options)
+
+
+def json_lines(text):
+    return [json.loads(line) for line in text.splitlines()]
+
+
+def main():
+    COMMAND[:] = [os.path.abspath(a) if os.path.exists(a) else a for a in sys.argv[1:]]
+    if not COMMAND:
+        sys.exit("usage: " + sys.argv[0] + " COMMAND...")
+    unittest.main(argv=sys.argv[:1], verbosity=1)
