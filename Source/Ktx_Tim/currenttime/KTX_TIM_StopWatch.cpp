@@ -40,7 +40,9 @@ std::int64_t StopWatchC::elapsed() const {
   if (endNs == 0) {
     logAssertion();
   }
-  return endNs - startNs;
+  // Unsigned: a clock of the caller's may read anything, and the difference wraps.
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(endNs) -
+                                   static_cast<std::uint64_t>(startNs));
 }
 
 std::int64_t StopWatchC::elapsedMs() const {
