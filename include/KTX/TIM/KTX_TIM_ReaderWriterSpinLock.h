@@ -21,12 +21,13 @@ class KTX_TIM_API ReaderWriterSpinLock {
   ReaderWriterSpinLock(ReaderWriterSpinLock const&) = delete;
   ReaderWriterSpinLock& operator=(ReaderWriterSpinLock const&) = delete;
 
-  /// Waits while another thread writes.
+  /// Waits while another thread writes. A wait can be interrupted by boost::thread::interrupt(),
+  /// whose exception leaves nothing locked.
   void lockRead();
-  /// Without a read lock it raises an assertion and counts down all the same: the next
-  /// lockRead() then holds a lock that a writer does not see.
+  /// Without a read lock it raises an assertion and counts down all the same: no writer gets in
+  /// until the next lockRead(), which then holds a lock that a writer does not see.
   void unlockRead();
-  /// Waits while another thread writes or any reads.
+  /// Waits while another thread writes or any reads; can be interrupted as lockRead() can.
   void lockWrite();
   /// Gives back one level; an unlock without a lock is not checked.
   void unlockWrite();
