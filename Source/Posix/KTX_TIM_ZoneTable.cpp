@@ -27,7 +27,7 @@ struct RenamedZoneC {
                                {"Europe/Kiev", "Europe/Kyiv"}};
 
 char16_t folded(char16_t unit) {
-  return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit - u'A' + u'a') : unit;
+  return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
 }
 
 bool isLessFolded(std::u16string_view left, std::u16string_view right) {
