@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::int64_t MAX_LEVEL = 6;
 constexpr std::uint64_t MIN_FILE_BYTES = 1024;
-constexpr std::uint64_t MAX_FILE_BYTES = 2U * 1024U * 1024U * 1024ULL;
+constexpr std::uint64_t MAX_FILE_BYTES = 2ULL * 1024 * 1024 * 1024;
 constexpr std::uint64_t MAX_FILE_COUNT = 100;
 
 std::string_view trimmed(std::string_view text) {

@@ -20,9 +20,10 @@ class LogSettingsC {
 
   std::map<std::string, std::int64_t> thresholds;
   std::int64_t defaultThreshold = 6;
-  std::string file;                             // UTF-8; empty for none
-  std::size_t fileBytes = 10U * 1024U * 1024U;  // a file that would grow beyond is put aside
-  std::size_t fileCount = 4;                    // with those put aside
+  std::string file;  // UTF-8; empty for none
+  std::size_t fileBytes =
+      std::size_t{10} * 1024 * 1024;  // a file that would grow beyond is put aside
+  std::size_t fileCount = 4;          // with those put aside
   bool isToStandardError = true;
 };
 

@@ -49,7 +49,7 @@ boost::shared_ptr<ClockI<Period>> buildClock(ClockTypeE type, ClockReferenceE re
 
 template <class Period>
 boost::shared_ptr<ClockI<Period>> buildCheckedClock(ClockTypeE type, ClockReferenceE reference) {
-  auto const clock = buildClock<Period>(type, reference);
+  auto clock = buildClock<Period>(type, reference);
   if (!clock) {
     logAssertion();
   }

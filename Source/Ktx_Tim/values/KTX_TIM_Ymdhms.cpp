@@ -147,7 +147,7 @@ bool YmdhmsC::isFractionConsistent() const {
 }
 
 std::int64_t YmdhmsC::effectiveMilliseconds() const {
-  return isFractionConsistent() ? milliseconds : hundredths * 10;
+  return isFractionConsistent() ? milliseconds : std::int64_t{hundredths} * 10;
 }
 
 void YmdhmsC::toUtc() {

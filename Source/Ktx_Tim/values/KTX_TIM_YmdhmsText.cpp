@@ -112,7 +112,7 @@ std::ios_base::iostate readText(std::istream& stream, YmdhmsC& time) {
   time.minute = static_cast<std::uint8_t>(numbers[4]);
   time.second = static_cast<std::uint8_t>(numbers[5]);
   time.hundredths = static_cast<std::uint8_t>(numbers[6]);
-  time.milliseconds = time.hundredths * 10;
+  time.milliseconds = std::int64_t{time.hundredths} * 10;
   if (reader.readCharacter() == 'Z') {
     time.timeBase = TIMEBASE_UTC;
   }

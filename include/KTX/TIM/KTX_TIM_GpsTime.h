@@ -19,8 +19,7 @@ class KTX_TIM_API GpsTimeC : public GpsC {
   /// Week 0, 0 ms, the default provider, TIMEBASE_GPS.
   GpsTimeC();
   /// Week and milliseconds of time, the default provider, TIMEBASE_GPS.
-  GpsTimeC(
-      GPSTimeC const& time);  // NOLINT(google-explicit-constructor): a plain instant is GPS time
+  GpsTimeC(GPSTimeC const& time);  // NOLINT(google-explicit-constructor): a plain value is GPS time
   GpsTimeC(GpsTimeC const& other);
   /// Rounds the day number to the nearest millisecond; the time base is taken over.
   GpsTimeC(MjdTimeC const& time);  // NOLINT(google-explicit-constructor): the forms are one time
