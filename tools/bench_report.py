@@ -28,7 +28,7 @@ def read_results(paths):
         for row in data["benchmarks"]:
             if row.get("aggregate_name") != "median":
                 continue
-            parts = [p for p in row["run_name"].split("/") if not p.startswith(("repeats:", "real_time", "process_time"))]
+            parts = [p for p in row["run_name"].split("/") if not p.startswith(("repeats:", "real_time", "process_time", "threads:"))]
             work, who = parts[0].removeprefix("BM_"), "/".join(parts[1:]) or OURS
             medians[(work, who)] = row["real_time"] * NS_PER[row["time_unit"]]
             repetitions = max(repetitions, int(row["repetitions"]))
