@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 
 #include <boost/make_shared.hpp>
 #include <boost/numeric/conversion/cast.hpp>
@@ -19,6 +20,7 @@
 #include "leapseconds/KTX_TIM_LeapSecondEffectivity.h"
 #include "leapseconds/KTX_TIM_LeapSecondRules.h"
 #include "support/KTX_TIM_LogChannels.h"
+#include "support/KTX_TIM_MutexGuard.h"
 #include "support/KTX_TIM_ThreadId.h"
 
 namespace KTX::TIM {
@@ -26,6 +28,13 @@ namespace {
 
 /// Less than the smallest change of the count.
 constexpr std::int64_t MAX_ELAPSED_MS = 500;
+
+/// Later than every instant.
+constexpr std::uint64_t NEVER = std::numeric_limits<std::uint64_t>::max();
+
+inline std::uint64_t millisecondsOf(GPSTimeC const& time) {
+  return std::uint64_t{time.getWeek()} * MS_PER_WEEK + time.getMsOfWeek();
+}
 
 /// The leap seconds of the process: what satellites or the default say, and what was forced.
 class UtcLeapSecondStore final : public LeapSecondProviderI {
@@ -54,6 +63,7 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
     GpsC effectivity;
     UtcLeapSecondRecord normalSlot;
     UtcLeapSecondRecord forcedSlot;
+    std::uint64_t futureFromMs;
   };
 
   std::uint32_t SetLeapSecond(UtcLeapSecondRecord const& record) KTX_TIM_REQUIRES(mutex);
@@ -69,14 +79,16 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
                     std::uint32_t& result) KTX_TIM_REQUIRES(mutex);
   void updateEffectivity() KTX_TIM_REQUIRES(mutex);
 
-  StateC state() const KTX_TIM_REQUIRES(mutex) { return {effectivity, normalSlot, forcedSlot}; }
+  StateC state() const KTX_TIM_REQUIRES(mutex) {
+    return {effectivity, normalSlot, forcedSlot, futureFromMs};
+  }
   void setState(StateC const& newState) KTX_TIM_REQUIRES(mutex);
 
   UtcLeapSecondRecord const& inForce() const KTX_TIM_REQUIRES(mutex) {
     return forcedSlot.source == LEAPSECOND_FORCED ? forcedSlot : normalSlot;
   }
   bool isFutureInForce(GPSTimeC const& time) const KTX_TIM_REQUIRES(mutex) {
-    return inForce().effectivityKnown && time >= effectivity;
+    return millisecondsOf(time) >= futureFromMs;
   }
 
   Mutex mutex;
@@ -84,6 +96,8 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
   GpsC effectivity KTX_TIM_GUARDED_BY(mutex);
   UtcLeapSecondRecord normalSlot KTX_TIM_GUARDED_BY(mutex);
   UtcLeapSecondRecord forcedSlot KTX_TIM_GUARDED_BY(mutex);
+  /// The effectivity instant as one number; NEVER while the effectivity is not known.
+  std::uint64_t futureFromMs KTX_TIM_GUARDED_BY(mutex) = NEVER;
 };
 
 UtcLeapSecondStore& leapSecondStore() {
@@ -166,7 +180,7 @@ UtcLeapSecondStore::UtcLeapSecondStore()
 std::uint32_t UtcLeapSecondStore::getLeapSecond(GpsC const& time,
                                                 UtcLeapSecondRecord& record,
                                                 GpsC* effectivityOut) {
-  Guard const guard(mutex);
+  MutexGuardC const guard(mutex);
   record = inForce();
   if (isFutureInForce(time)) {
     record.current = record.future;
@@ -178,12 +192,12 @@ std::uint32_t UtcLeapSecondStore::getLeapSecond(GpsC const& time,
 }
 
 UtcLeapSecondRecord UtcLeapSecondStore::normalRecord() {
-  Guard const guard(mutex);
+  MutexGuardC const guard(mutex);
   return normalSlot;
 }
 
 std::int16_t UtcLeapSecondStore::countAt(GpsC const& time) {
-  Guard const guard(mutex);
+  MutexGuardC const guard(mutex);
   return isFutureInForce(time) ? inForce().future : inForce().current;
 }
 
@@ -195,7 +209,7 @@ std::uint32_t UtcLeapSecondStore::setValid(UtcLeapSecondRecord const& record, bo
   if (makeCurrent) {
     now.makeToCurrentTime();
   }
-  Guard const guard(mutex);
+  MutexGuardC const guard(mutex);
   event->previous = inForce();
   std::uint32_t result = RC_OK;
   if (changeOrUndo(record, now, makeCurrent, result)) {
@@ -206,7 +220,7 @@ std::uint32_t UtcLeapSecondStore::setValid(UtcLeapSecondRecord const& record, bo
 }
 
 void UtcLeapSecondStore::resetNormal(UtcLeapSecondRecord const* record) {
-  Guard const guard(mutex);
+  MutexGuardC const guard(mutex);
   // Without a record the count survives.
   normalSlot = record != nullptr
                    ? *record
@@ -304,13 +318,16 @@ void UtcLeapSecondStore::setState(StateC const& newState) {
   effectivity = newState.effectivity;
   normalSlot = newState.normalSlot;
   forcedSlot = newState.forcedSlot;
+  futureFromMs = newState.futureFromMs;
 }
 
 void UtcLeapSecondStore::updateEffectivity() {
   UtcLeapSecondRecord const& record = inForce();
   effectivity = GpsC(this);
+  futureFromMs = NEVER;
   if (record.effectivityKnown) {
     effectivity += effectivityInstant(record);
+    futureFromMs = millisecondsOf(effectivity);
   } else if (record.week != 0 || record.day != 0) {
     logAssertion();
   }

@@ -1,5 +1,7 @@
 #include "KTX/TIM/KTX_TIM_Mutex.h"
 
+#include "support/KTX_TIM_ThreadKey.h"
+
 namespace KTX::TIM {
 
 Mutex::Mutex() = default;
@@ -7,7 +9,7 @@ Mutex::Mutex() = default;
 Mutex::~Mutex() = default;
 
 void Mutex::lock() {
-  mutex.lock();
+  mutex.lockAs(currentThreadKey());
 }
 
 void Mutex::unlock() {
