@@ -49,9 +49,10 @@ GpsC GpsC::currentTime() {
 // changes no millisecond, so it is not taken.
 void GpsC::makeToCurrentTime() {
   Guard const guard(getTimeLock());
-  GpsC present(gpsTimeOf(presentUtc(SysTimeOffsetT::instance()).getDayNumber()));
-  present.utcToGps();
-  setRaw(present.getWeek(), present.getMsOfWeek());
+  LeapSecondProviderI* const ownProvider = provider;
+  *this = gpsTimeOf(presentUtc(SysTimeOffsetT::instance()).getDayNumber());
+  utcToGps();  // by the default provider, whatever this value's own is
+  provider = ownProvider;
 }
 
 std::uint32_t GpsC::makeToCurrentTime(std::int64_t noiseMs, std::int32_t precisionFlag) const {
