@@ -1,7 +1,8 @@
 # Thin fronts; the presets and scripts do the work.
-.PHONY: help test lint format tidy coverage package bench fuzz docs
+.PHONY: help demo test lint format tidy coverage package bench fuzz docs
 
 help:
+	@echo "make demo      set up, build and replay a recorded receiver; ends with a summary and a picture"
 	@echo "make test      set up, build and run all tests: Linux, sanitizers, Windows under Wine"
 	@echo "make package   archives for Linux and Windows in dist/"
 	@echo "make docs      interface reference in build/docs/html"
@@ -11,6 +12,9 @@ help:
 	@echo "make tidy      clang-tidy over the sources"
 	@echo "make format    format every C++ file"
 	@echo "make coverage  tests with coverage, report in build/coverage/report"
+
+demo:
+	@tools/demo.sh
 
 test:
 	@tools/run_tests.sh

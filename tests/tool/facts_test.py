@@ -3,6 +3,7 @@
 import collections
 import csv
 import datetime
+import json
 import re
 import sys
 import unittest
@@ -268,6 +269,26 @@ class RinexFacts(unittest.TestCase):
                 found, found_signs, summary = self.outcome(name)
                 self.assertEqual((outcome, signs), (found, found_signs))
                 self.assertEqual(0, summary["leap_changes"])
+
+
+class LeapFacts(unittest.TestCase):
+    def test_published_lists(self):
+        names = [n for n in FACTS if n.startswith("leap/") and FACTS[n]["entries"]]
+        self.assertGreater(len(names), 4)
+        for name in names:
+            with self.subTest(file=name):
+                shown = json.loads(tool_runner.run("leap", "check", "--json", DATA / name).stdout)
+                facts = FACTS[name]
+                self.assertEqual(facts["entries"], [str(len(shown["entries"]))])
+                for fact in facts["entry"]:
+                    utc, gps, week, day = re.search(r"utc=(\S+) .*GPS-UTC=(\d+) effectivity_week=(\d+) day=(\d+)",
+                                                    fact).groups()
+                    self.assertIn({"utc": utc, "gps_minus_utc": int(gps), "week": int(week), "day": int(day)},
+                                  shown["entries"])
+                for fact in ("updated", "expires"):
+                    for value in facts[fact]:
+                        if re.match(r"\d+ ", value):
+                            self.assertEqual(value.split()[1], shown[fact])
 
 
 class OtherData(unittest.TestCase):

@@ -5,7 +5,12 @@
 #include <memory>
 #include <sstream>
 
+#include "commands/ConvertCommand.h"
+#include "commands/LeapCommand.h"
+#include "commands/NowCommand.h"
 #include "commands/ReplayCommand.h"
+#include "commands/WatchCommand.h"
+#include "commands/ZoneCommand.h"
 #include "readers/CivilTime.h"
 #include "readers/IsoTime.h"
 
@@ -20,6 +25,10 @@ void addRunOutput(CLI::App& app, RunOutputOptionsC& output) {
       "-q,--quiet", output.isQuiet,
       "Leave out observations and refusals; corrections, leap seconds and the summary stay");
   app.add_option("--trace", output.tracePath, "Write the estimator's data lines to FILE")
+      ->type_name("FILE");
+  app.add_option("--plot", output.plotPath,
+                 "Draw observations, estimate, uncertainty and corrections with gnuplot: FILE.png, "
+                 "FILE.svg or, without ending, both; the table goes to FILE.tsv")
       ->type_name("FILE");
 }
 
@@ -78,14 +87,135 @@ RunT addReplay(CLI::App& parent) {
   return [options](int results) { return runReplay(*options, results); };
 }
 
+std::shared_ptr<bool> addJsonFlag(CLI::App& app) {
+  auto isJson = std::make_shared<bool>(false);
+  app.add_flag("--json", *isJson, "Write JSON");
+  return isJson;
+}
+
+RunT addNow(CLI::App& parent) {
+  CLI::App& app = *parent.add_subcommand("now", "Show the library's present");
+  auto const isJson = addJsonFlag(app);
+  return [isJson](int results) { return runNow(*isJson, results); };
+}
+
+void addFormOption(CLI::App& app, char const* name, TimeFormSpecC& spec, char const* help) {
+  app.add_option_function<std::string>(
+         name,
+         [&spec, name](std::string const& text) {
+           if (!readTimeFormSpec(text, spec)) {
+             throw CLI::ValidationError(name, "not a form: " + text);
+           }
+         },
+         help)
+      ->type_name("FORM");
+}
+
+RunT addConvert(CLI::App& parent) {
+  auto options = std::make_shared<ConvertCommandOptionsC>();
+  CLI::App& app = *parent.add_subcommand(
+      "convert",
+      "Convert times between forms and time bases; without VALUE those on standard input");
+  app.footer(
+      "FORM is week (1929:604799999), iso, mjd, unix or fat (0xDATE:0xTIME), with :gps, :utc or\n"
+      ":local behind it where the base is another than week:gps, iso:utc, mjd:utc, unix:utc or\n"
+      "fat:local. gps, utc and local alone mean week:gps, iso:utc and iso:local.");
+  app.add_option("VALUE", options->values, "Times");
+  addFormOption(app, "--from", options->from, "Form of the values, else told by their look");
+  addFormOption(app, "--to", options->to, "Form to write, else all, or iso for standard input");
+  app.add_flag("--json", options->isJson, "Write one JSON object a line");
+  return [options](int results) { return runConvert(*options, results); };
+}
+
+RunT addWatch(CLI::App& parent) {
+  auto options = std::make_shared<WatchCommandOptionsC>();
+  CLI::App& app =
+      *parent.add_subcommand("watch", "Follow a receiver on the real clocks, until Ctrl-C");
+  app.add_option("SOURCE", options->source,
+                 "A serial device, a file, - for standard input, or gpsd://HOST[:PORT]")
+      ->required();
+  app.add_option("--baud", options->baud, "Speed of a serial device, else as it is set")
+      ->type_name("N")
+      ->check(CLI::Range(300, 4000000));
+  app.add_flag("--set-clock", options->engine.setsClock,
+               "Set the PC's clock on each released correction");
+  addEngine(app, options->engine);
+  addRunOutput(app, options->output);
+  return [options](int results) { return runWatch(*options, results); };
+}
+
+using CommandsT = std::vector<std::pair<CLI::App*, RunT>>;
+
+void addLeap(CLI::App& parent, CommandsT& commands) {
+  CLI::App& leap = *parent.add_subcommand("leap", "Show, check or load a leap second");
+  leap.require_subcommand(0, 1);
+  auto const isJson = addJsonFlag(leap);
+  leap.fallthrough();
+  auto path = std::make_shared<std::string>();
+  CLI::App* const show = leap.add_subcommand("show", "Show the leap second in force");
+  commands.emplace_back(show, [isJson](int results) { return runLeapShow(*isJson, results); });
+  CLI::App* const check = leap.add_subcommand(
+      "check", "Tell what a leap second file or a published list of leap seconds says");
+  check->add_option("FILE", *path, "File")->required();
+  commands.emplace_back(
+      check, [path, isJson](int results) { return runLeapCheck(*path, *isJson, results); });
+  CLI::App* const load = leap.add_subcommand("load", "Force the leap second of a leap second file");
+  load->add_option("FILE", *path, "File")->required();
+  commands.emplace_back(
+      load, [path, isJson](int results) { return runLeapLoad(*path, *isJson, results); });
+  commands.emplace_back(&leap, [isJson](int results) { return runLeapShow(*isJson, results); });
+}
+
+void addZone(CLI::App& parent, CommandsT& commands) {
+  CLI::App& zone = *parent.add_subcommand("zone", "Show, translate and resolve time zones");
+  zone.require_subcommand(1);
+  auto const isJson = addJsonFlag(zone);
+  zone.fallthrough();
+  auto name = std::make_shared<std::string>();
+  auto bias = std::make_shared<std::int32_t>(0);
+  auto const add = [&](char const* command, char const* help, RunT const& run) {
+    CLI::App* const app = zone.add_subcommand(command, help);
+    commands.emplace_back(app, run);
+    return app;
+  };
+  add("list", "List the zones of the system",
+      [isJson](int results) { return runZoneList(*isJson, results); });
+  add("current", "Show the zone in use",
+      [isJson](int results) { return runZoneCurrent(*isJson, results); });
+  add("show", "Show one zone",
+      [name, isJson](int results) { return runZoneShow(*name, *isJson, results); })
+      ->add_option("NAME", *name, "Windows key name")
+      ->required();
+  add("map", "Translate between Windows and IANA names",
+      [name, isJson](int results) { return runZoneMap(*name, *isJson, results); })
+      ->add_option("NAME", *name, "Windows or IANA name")
+      ->required();
+  CLI::App* const resolve = add("resolve", "Find the Windows key name", [=](int results) {
+    return runZoneResolve(*name, *bias, *isJson, results);
+  });
+  resolve->add_option("NAME", *name, "Windows or IANA name")->required();
+  resolve->add_option("--bias", *bias, "UTC minus local time to fall back on")
+      ->type_name("MINUTES");
+}
+
 }  // namespace
 
 CommandLineC readCommandLine(std::vector<std::string> arguments) {
   CLI::App app("Keeps, converts and corrects time with a GNSS receiver.", "vortime");
   app.set_version_flag("--version", "vortime " VORTIME_VERSION);
   app.require_subcommand(1);
-  std::vector<std::pair<std::string, RunT>> commands;
-  commands.emplace_back("replay", addReplay(app));
+  // A path may begin with a slash on Windows too.
+  app.allow_windows_style_options(false);
+  CommandsT commands;
+  auto const add = [&app, &commands](char const* name, RunT const& run) {
+    commands.emplace_back(app.get_subcommand(name), run);
+  };
+  add("replay", addReplay(app));
+  add("watch", addWatch(app));
+  add("now", addNow(app));
+  add("convert", addConvert(app));
+  addLeap(app, commands);
+  addZone(app, commands);
   CommandLineC result;
   std::reverse(arguments.begin(), arguments.end());
   try {
@@ -99,9 +229,11 @@ CommandLineC readCommandLine(std::vector<std::string> arguments) {
     result.errorText = err.str();
     return result;
   }
-  for (auto const& [name, run] : commands) {
-    if (app.got_subcommand(name)) {
+  // Inner commands stand before the outer ones.
+  for (auto const& [command, run] : commands) {
+    if (command->parsed()) {
       result.command = run;
+      break;
     }
   }
   return result;

@@ -19,19 +19,25 @@ RunOutputC::RunOutputC(RunOutputOptionsC const& outputOptions, int resultDescrip
 RunOutputC::~RunOutputC() = default;
 
 bool RunOutputC::open() {
-  if (options.tracePath.empty()) {
-    return true;
+  if (!options.tracePath.empty()) {
+    trace = std::make_unique<TraceFileC>();
+    if (!trace->create(options.tracePath)) {
+      printError("cannot write " + options.tracePath + ": " + trace->errorText());
+      return false;
+    }
   }
-  trace = std::make_unique<TraceFileC>();
-  if (!trace->create(options.tracePath)) {
-    printError("cannot write " + options.tracePath + ": " + trace->errorText());
-    return false;
+  if (!options.plotPath.empty()) {
+    plot = std::make_unique<PlotC>(options.plotPath);
+    if (!plot->open()) {
+      printError(plot->errorText());
+      return false;
+    }
   }
   return true;
 }
 
 EstimateSinkI* RunOutputC::estimates() {
-  return trace ? this : nullptr;
+  return trace || plot ? this : nullptr;
 }
 
 void RunOutputC::setLeapSeconds(TIM::LeapSecondProviderI& provider) {
@@ -42,6 +48,9 @@ void RunOutputC::onEstimate(EstimateStepC const& step) {
   if (trace) {
     trace->onEstimate(step);
   }
+  if (plot) {
+    plot->onEstimate(step);
+  }
 }
 
 ExitCodeE RunOutputC::finish() {
@@ -50,6 +59,10 @@ ExitCodeE RunOutputC::finish() {
     printError("cannot write " + options.tracePath + ": " + trace->errorText());
     code = EXIT_BAD_OUTPUT;
   }
+  if (plot) {
+    ExitCodeE const drawn = drawPlot();
+    code = code == EXIT_DONE ? drawn : code;
+  }
   if (!out.flush()) {
     if (!out.isBrokenPipe()) {
       printError("cannot write the results: " + out.errorText());
@@ -57,6 +70,19 @@ ExitCodeE RunOutputC::finish() {
     code = EXIT_BAD_OUTPUT;
   }
   return code;
+}
+
+ExitCodeE RunOutputC::drawPlot() {
+  if (!plot->draw()) {
+    printError(plot->errorText());
+    return plot->hasProgramFailed() ? EXIT_NO_PROGRAM : EXIT_BAD_OUTPUT;
+  }
+  if (!options.isJson) {
+    for (std::string const& picture : plot->picturePaths()) {
+      out.write("plot             " + picture + '\n');
+    }
+  }
+  return EXIT_DONE;
 }
 
 }  // namespace KTX::VORTIME

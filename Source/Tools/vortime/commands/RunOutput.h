@@ -5,6 +5,7 @@
 
 #include "commands/ReplayCommand.h"
 #include "output/OutputFile.h"
+#include "output/Plot.h"
 #include "output/TraceFile.h"
 #include "replay/EstimateStep.h"
 #include "replay/ReplayEngine.h"
@@ -36,10 +37,13 @@ class RunOutputC : public EstimateSinkI {
   ExitCodeE finish();
 
  private:
+  ExitCodeE drawPlot();
+
   RunOutputOptionsC const options;
   OutputFileC out;
   std::unique_ptr<ReplayReportI> runReport;
   std::unique_ptr<TraceFileC> trace;
+  std::unique_ptr<PlotC> plot;
 };
 
 }  // namespace KTX::VORTIME

@@ -212,6 +212,11 @@ void JsonReportC::onCorrection(CorrectionReportC const& correction) {
   appendCount(text, "week", correction.week);
   appendCount(text, "ms", correction.msOfWeek);
   appendUtc(text, "utc", utcOfGps(TIM::GpsC(correction.week, correction.msOfWeek)));
+  if (correction.hasTriedClock) {
+    appendName(text, "clock_set");
+    text += correction.isClockSet ? "true" : "false";
+    appendUtc(text, "clock_utc", correction.clockUtc);
+  }
   end();
 }
 

@@ -151,6 +151,14 @@ void TextReportC::onCorrection(CorrectionReportC const& correction) {
   text += "  changed by ";
   appendSigned(text, correction.changeMs);
   text += " ms\n";
+  if (correction.hasTriedClock) {
+    text += INDENT;
+    text += correction.isClockSet ? "clock set    " : "clock kept   ";
+    appendCalendar(text, correction.clockUtc);
+    text += correction.isClockSet
+                ? "Z\n"
+                : "Z was refused by the system: it takes the right to set the time, as root has\n";
+  }
   endLine();
 }
 

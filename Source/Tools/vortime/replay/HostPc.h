@@ -11,6 +11,7 @@ struct PcReadingC {
   std::int64_t systemUnixMs = 0;  ///< calendar clock, ms since 1970-01-01 UTC
   std::int64_t steadyMs = 0;      ///< steady clock
   bool hasRunBack = false;        ///< the recorded calendar clock ran back
+  bool isCalendarKnown = false;   ///< systemUnixMs was read from a clock, not made up
 };
 
 /// When a message arrives.

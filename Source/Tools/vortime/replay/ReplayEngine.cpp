@@ -89,9 +89,14 @@ ReplayEngineC::ReplayEngineC(HostPcI& hostPc,
   }
   correctionConnection = TIM::connectTimeCorrected(
       [this](int week, int millisecondsOfWeek, TIM::TimeChangeT const& change) {
-        corrections.push_back(CorrectionReportC{static_cast<std::uint16_t>(week),
-                                                static_cast<std::uint32_t>(millisecondsOfWeek),
-                                                change.count()});
+        CorrectionReportC correction;
+        correction.week = static_cast<std::uint16_t>(week);
+        correction.msOfWeek = static_cast<std::uint32_t>(millisecondsOfWeek);
+        correction.changeMs = change.count();
+        if (options.setsClock) {
+          setClock(correction);
+        }
+        corrections.push_back(correction);
       });
   leapConnection = TIM::connectUtcLeapSecondChanged(
       [this](boost::shared_ptr<TIM::UtcLeapSecondChanged> const& change) {
@@ -150,8 +155,8 @@ void ReplayEngineC::onTime(TimeEventC const& event) {
   }
   PcReadingC const reading = arrive(event, observation.unixMs());
   message.signs |= reading.hasRunBack ? SIGN_HOST_TIME_BACK : SIGN_NONE;
-  message.signs |= detector.signsOfTime(observation.unixMs(), reading.steadyMs, event.hasHostTime,
-                                        event.hostUnixMs);
+  message.signs |= detector.signsOfTime(observation.unixMs(), reading.steadyMs,
+                                        reading.isCalendarKnown, reading.systemUnixMs);
   if (event.leap.hasCount && hasClocks) {
     message.signs |= SignDetectorC::signsOfLeap(event.leap, countInForce());
   }
@@ -307,6 +312,15 @@ void ReplayEngineC::handPendingLeap() {
     pendingLeap.reset();
     onLeap(event);
   }
+}
+
+void ReplayEngineC::setClock(CorrectionReportC& correction) {
+  TIM::YmdhmsC present = TIM::YmdhmsC::zero(TIM::TIMEBASE_UTC, 1);
+  present.setToCurrentTime();
+  present.toUtc();
+  correction.hasTriedClock = true;
+  correction.isClockSet = present.applyToCurrentSystemTime();
+  correction.clockUtc = present;
 }
 
 void ReplayEngineC::refuse(MessageReportC const& message, RefusalE refusal) {

@@ -26,6 +26,7 @@ namespace KTX::VORTIME {
 struct ReplayOptionsC {
   std::optional<std::int64_t> noiseMs;  ///< for all observations, whatever accuracy they state
   bool isStrict = false;                ///< leave out messages with a sign
+  bool setsClock = false;               ///< set the PC's clock on each correction
   bool usesLeapHistory = true;          ///< begin with the leap second of the first date
   std::optional<std::int64_t> referenceUnixMs;  ///< about when the log was recorded
 };
@@ -66,6 +67,7 @@ class ReplayEngineC : public TimeEventSinkI {
   void useObservation(MessageReportC const& message, PcReadingC const& reading);
   void offerLeap(MessageReportC const& message);
   void setLeapSecond(LeapReportC& leapReport);
+  static void setClock(CorrectionReportC& correction);
   void refuse(MessageReportC const& message, RefusalE refusal);
   void countSigns(std::uint32_t signs);
   void reportCorrections();

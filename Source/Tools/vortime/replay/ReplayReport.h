@@ -27,6 +27,9 @@ struct CorrectionReportC {
   std::uint16_t week = 0;
   std::uint32_t msOfWeek = 0;
   std::int64_t changeMs = 0;
+  bool hasTriedClock = false;  ///< the PC's clock was to be set
+  bool isClockSet = false;     ///< and the system accepted it
+  TIM::YmdhmsC clockUtc = TIM::YmdhmsC::zero(TIM::TIMEBASE_UTC, 1);
 };
 
 /// What became of a leap second statement.

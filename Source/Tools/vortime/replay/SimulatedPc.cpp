@@ -33,6 +33,7 @@ PcReadingC SimulatedPcC::arriveByHost(ArrivalC const& arrival) {
   }
   runsByHost = true;
   lastUnixMs = arrival.hostUnixMs;
+  reading.isCalendarKnown = true;
   reading.systemUnixMs = arrival.hostUnixMs;
   reading.steadyMs = STEADY_START_MS + elapsedMs;
   return reading;
@@ -51,12 +52,12 @@ PcReadingC SimulatedPcC::arriveByReceiver(ArrivalC const& arrival) {
   }
   if (runsByHost) {
     // Lines without the host's time between others arrive together with the line before.
-    return PcReadingC{startUnixMs + elapsedMs, STEADY_START_MS + elapsedMs, false};
+    return PcReadingC{startUnixMs + elapsedMs, STEADY_START_MS + elapsedMs, false, false};
   }
   double const arrivedMs = static_cast<double>(passedMs) + nextDelayMs();
   std::int64_t const clockMs = std::llround(arrivedMs * (1.0 + options.driftPpm * 1e-6));
   elapsedMs = std::max(elapsedMs, clockMs);
-  return PcReadingC{startUnixMs + elapsedMs, STEADY_START_MS + elapsedMs, false};
+  return PcReadingC{startUnixMs + elapsedMs, STEADY_START_MS + elapsedMs, false, false};
 }
 
 void SimulatedPcC::pass(ArrivalC const& arrival) {

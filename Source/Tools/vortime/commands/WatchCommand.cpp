@@ -1,0 +1,76 @@
+#include "commands/WatchCommand.h"
+
+#include <array>
+#include <memory>
+
+#include "commands/RunOutput.h"
+#include "readers/StreamReader.h"
+#include "replay/LivePc.h"
+#include "system/Interrupt.h"
+#include "system/LiveInput.h"
+#include "system/StandardStreams.h"
+
+namespace KTX::VORTIME {
+namespace {
+
+constexpr char const* GPSD_SCHEME = "gpsd://";
+constexpr char const* GPSD_PORT = "2947";
+
+std::unique_ptr<LiveInputI> openSource(WatchCommandOptionsC const& options, std::string& error) {
+  std::string const scheme = GPSD_SCHEME;
+  if (options.source.compare(0, scheme.size(), scheme) != 0) {
+    return openLiveInput(options.source, options.baud, error);
+  }
+  std::string host = options.source.substr(scheme.size());
+  std::string port = GPSD_PORT;
+  std::size_t const colon = host.rfind(':');
+  if (colon != std::string::npos) {
+    port = host.substr(colon + 1);
+    host.resize(colon);
+  }
+  return openGpsd(host.empty() ? "localhost" : host, port, error);
+}
+
+void readAll(LiveInputI& input, StreamReaderC& reader, RunOutputC const& output) {
+  std::array<char, 65536> chunk;
+  std::string held;
+  while (!input.isAtEnd() && !InterruptC::isRequested() && !output.hasFailed()) {
+    held.append(chunk.data(), input.read(chunk.data(), chunk.size()));
+    held.erase(0, reader.read(held, false));
+  }
+  reader.read(held, true);
+}
+
+}  // namespace
+
+ExitCodeE runWatch(WatchCommandOptionsC const& options, int resultDescriptor) {
+  std::string error;
+  std::unique_ptr<LiveInputI> const input = openSource(options, error);
+  if (!input) {
+    printError("cannot read " + options.source + ": " + error);
+    return EXIT_BAD_INPUT;
+  }
+  RunOutputC output(options.output, resultDescriptor, true);
+  if (!output.open()) {
+    return EXIT_BAD_OUTPUT;
+  }
+  InterruptC const interrupt;
+  LivePcC pc;
+  ReplayOptionsC engineOptions = options.engine;
+  engineOptions.usesLeapHistory = false;
+  ReplayEngineC engine(pc, engineOptions, output.report(), output.estimates());
+  output.setLeapSeconds(engine.leapSeconds());
+  ReadCountsC counts;
+  StreamReaderC reader(engine, counts);
+  engine.beginInput(options.source);
+  readAll(*input, reader, output);
+  engine.finish(counts, InterruptC::isRequested());
+  ExitCodeE const written = output.finish();
+  if (!input->errorText().empty()) {
+    printError("cannot read " + options.source + ": " + input->errorText());
+    return EXIT_BAD_INPUT;
+  }
+  return written;
+}
+
+}  // namespace KTX::VORTIME

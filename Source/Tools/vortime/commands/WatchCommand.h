@@ -1,0 +1,24 @@
+#ifndef KTX_VORTIME_WATCHCOMMAND_H
+#define KTX_VORTIME_WATCHCOMMAND_H
+
+#include <string>
+
+#include "commands/ReplayCommand.h"
+#include "replay/ReplayEngine.h"
+#include "system/ExitCode.h"
+
+namespace KTX::VORTIME {
+
+struct WatchCommandOptionsC {
+  std::string source;
+  int baud = 0;  ///< 0: as the device is set
+  ReplayOptionsC engine;
+  RunOutputOptionsC output;
+};
+
+/// Follows a receiver on the real clocks until its input ends or Ctrl-C comes.
+ExitCodeE runWatch(WatchCommandOptionsC const& options, int resultDescriptor);
+
+}  // namespace KTX::VORTIME
+
+#endif  // KTX_VORTIME_WATCHCOMMAND_H

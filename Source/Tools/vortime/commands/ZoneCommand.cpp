@@ -1,0 +1,133 @@
+#include "commands/ZoneCommand.h"
+
+#include "KTX/TIM/KTX_TIM_Gps.h"
+#include "KTX/TIM/KTX_TIM_ResultCode.h"
+#include "KTX/TIM/KTX_TIM_TimeZone.h"
+#include "KTX/TIM/KTX_TIM_WindowsZoneNames.h"
+#include "output/JsonLine.h"
+#include "output/OutputFile.h"
+#include "output/TextFormat.h"
+#include "system/FileName.h"
+#include "system/StandardStreams.h"
+
+namespace KTX::VORTIME {
+namespace {
+
+constexpr std::size_t NAME_WIDTH = 34;
+
+ExitCodeE writeResult(std::string const& text, int resultDescriptor) {
+  OutputFileC out;
+  out.takeOver(resultDescriptor);
+  out.write(text);
+  return out.close() ? EXIT_DONE : EXIT_BAD_OUTPUT;
+}
+
+ExitCodeE fail(std::string const& text) {
+  printError(text);
+  return EXIT_NOTHING_FOUND;
+}
+
+std::string ianaOf(std::wstring const& windowsName) {
+  std::wstring iana;
+  TIM::getIanaZoneName(windowsName, iana);
+  return narrowText(iana);
+}
+
+}  // namespace
+
+ExitCodeE runZoneList(bool isJson, int resultDescriptor) {
+  TIM::TimeZoneC::ZoneNamesT zones;
+  if (TIM::getTimeZoneInstance().getTimeZoneList(zones) != TIM::RC_OK) {
+    return fail("the zones of the system cannot be listed");
+  }
+  std::string text;
+  for (auto const& [name, display] : zones) {
+    if (isJson) {
+      text += JsonLineC()
+                  .text("name", narrowText(name))
+                  .text("display", narrowText(display))
+                  .text("iana", ianaOf(name))
+                  .str();
+    } else {
+      appendLeft(text, narrowText(name), NAME_WIDTH);
+      text += ' ' + narrowText(display);
+    }
+    text += '\n';
+  }
+  return writeResult(text, resultDescriptor);
+}
+
+ExitCodeE runZoneCurrent(bool isJson, int resultDescriptor) {
+  TIM::TimeZoneC& zones = TIM::getTimeZoneInstance();
+  std::wstring name;
+  if (zones.getTimeZone(name) != TIM::RC_OK) {
+    return fail("the zone of the system is not known");
+  }
+  std::string const offsetText = narrowText(zones.getTimeZoneOffsetText());
+  std::int16_t const offset = zones.getUtcOffset(TIM::GpsC::currentTime());
+  std::string const text = isJson ? JsonLineC()
+                                            .text("name", narrowText(name))
+                                            .text("iana", ianaOf(name))
+                                            .text("offset_text", offsetText)
+                                            .number("utc_offset_minutes", offset)
+                                            .str() +
+                                        '\n'
+                                  : "name         " + narrowText(name) + "\nIANA         " +
+                                        ianaOf(name) + "\noffset text  " + offsetText +
+                                        "\nUTC offset   " + std::to_string(offset) + " min\n";
+  return writeResult(text, resultDescriptor);
+}
+
+ExitCodeE runZoneShow(std::string const& name, bool isJson, int resultDescriptor) {
+  TIM::TimeZoneC& zones = TIM::getTimeZoneInstance();
+  std::wstring const wide = wideFileName(name);
+  std::wstring display;
+  std::int32_t bias = 0;
+  if (name.empty() || zones.getTimeZoneDisplayName(wide, display) != TIM::RC_OK ||
+      zones.getTimeZoneBias(wide, bias) != TIM::RC_OK) {
+    return fail("no zone of the system has the key name " + name);
+  }
+  std::string const text = isJson ? JsonLineC()
+                                            .text("name", name)
+                                            .text("display", narrowText(display))
+                                            .text("iana", ianaOf(wide))
+                                            .number("bias_minutes", bias)
+                                            .str() +
+                                        '\n'
+                                  : "name         " + name + "\ndisplay      " +
+                                        narrowText(display) + "\nIANA         " + ianaOf(wide) +
+                                        "\nbias         " + std::to_string(bias) + " min\n";
+  return writeResult(text, resultDescriptor);
+}
+
+ExitCodeE runZoneMap(std::string const& name, bool isJson, int resultDescriptor) {
+  std::wstring const wide = wideFileName(name);
+  std::wstring mapped;
+  bool const isIana = TIM::getWindowsZoneName(wide, mapped) == TIM::RC_OK;
+  if (!isIana && TIM::getIanaZoneName(wide, mapped) != TIM::RC_OK) {
+    return fail("neither a Windows nor an IANA zone name of the table: " + name);
+  }
+  std::string const windows = isIana ? narrowText(mapped) : name;
+  std::string const iana = isIana ? name : narrowText(mapped);
+  std::string const text =
+      isJson ? JsonLineC().text("windows", windows).text("iana", iana).str() + '\n'
+             : narrowText(mapped) + '\n';
+  return writeResult(text, resultDescriptor);
+}
+
+ExitCodeE runZoneResolve(std::string const& name,
+                         std::int32_t bias,
+                         bool isJson,
+                         int resultDescriptor) {
+  std::wstring resolved;
+  if (TIM::getTimeZoneInstance().resolveTimeZone(wideFileName(name), bias, resolved) !=
+      TIM::RC_OK) {
+    return fail("no zone has the name " + name + " or the bias " + std::to_string(bias));
+  }
+  std::string const text =
+      isJson ? JsonLineC().text("name", name).text("resolved", narrowText(resolved)).str() + '\n'
+             : narrowText(resolved) + '\n';
+  return writeResult(text, resultDescriptor);
+}
+
+}  // namespace KTX::VORTIME

@@ -1,0 +1,31 @@
+#ifndef KTX_VORTIME_LEAPLIST_H
+#define KTX_VORTIME_LEAPLIST_H
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace KTX::VORTIME {
+
+/// One change of the leap second count.
+struct LeapListEntryC {
+  std::int64_t unixMs = 0;       ///< UTC at which the count begins, ms since 1970-01-01
+  std::int32_t gpsMinusUtc = 0;  ///< s; negative before 1980
+};
+
+/// A published list of leap seconds: "leap-seconds.list" with NTP seconds, or "leapseconds" of the
+/// tz database.
+struct LeapListC {
+  std::vector<LeapListEntryC> entries;
+  bool hasUpdate = false;
+  std::int64_t updateUnixMs = 0;
+  bool hasExpiry = false;
+  std::int64_t expiryUnixMs = 0;
+};
+
+/// Reads a list by its content. False for a text that is none.
+bool readLeapList(std::string_view text, LeapListC& list);
+
+}  // namespace KTX::VORTIME
+
+#endif  // KTX_VORTIME_LEAPLIST_H

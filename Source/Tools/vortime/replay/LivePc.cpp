@@ -1,0 +1,19 @@
+#include "replay/LivePc.h"
+
+#include "KTX/TIM/KTX_TIM_ClockFactory.h"
+
+namespace KTX::VORTIME {
+
+LivePcC::LivePcC()
+    : systemClock(TIM::createClock<boost::milli>(TIM::CLOCKTYPE_POSIX, TIM::CLOCKREF_UTC)),
+      steadyClock(TIM::createClock<boost::milli>(TIM::CLOCKTYPE_STEADY, TIM::CLOCKREF_DEFAULT)) {}
+
+PcReadingC LivePcC::arrive(ArrivalC const& /*arrival*/) {
+  PcReadingC reading;
+  reading.systemUnixMs = systemClock->now().count();
+  reading.steadyMs = steadyClock->now().count();
+  reading.isCalendarKnown = true;
+  return reading;
+}
+
+}  // namespace KTX::VORTIME

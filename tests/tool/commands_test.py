@@ -1,0 +1,197 @@
+#!/usr/bin/env python3
+"""The short commands: now, convert, leap, zone; and how the command line itself answers."""
+import datetime
+import os
+import pathlib
+import re
+import tempfile
+import unittest
+
+import tool_runner
+from tool_runner import SAMPLES, json_lines, run
+
+
+class CommandLine(unittest.TestCase):
+    def test_help_of_every_command(self):
+        for command in ("", "replay", "watch", "now", "convert", "leap", "leap check", "leap load", "leap show",
+                        "zone", "zone list", "zone current", "zone show", "zone map", "zone resolve"):
+            with self.subTest(command=command):
+                result = run(*command.split(), "--help")
+                self.assertEqual((0, ""), (result.returncode, result.stderr))
+                self.assertIn("Usage: vortime", result.stdout)
+
+    def test_version(self):
+        self.assertRegex(run("--version").stdout, r"^vortime \d+\.\d+\.\d+\s*$")
+
+    def test_wrong_usage_ends_with_2_and_one_clear_text(self):
+        for arguments in ((), ("bogus",), ("replay",), ("replay", "--noise", "x", "a.log"), ("zone",),
+                          ("replay", "--jitter", "-1", "a.log"), ("convert", "--to", "bogus", "1"),
+                          ("replay", "--date", "2024-13-01", "a.log"), ("leap", "check"), ("now", "--bogus")):
+            with self.subTest(arguments=arguments):
+                result = run(*arguments)
+                self.assertEqual((2, ""), (result.returncode, result.stdout))
+                self.assertNotEqual("", result.stderr)
+
+    def test_missing_input_ends_with_3(self):
+        for arguments in (("replay", "no-such.log"), ("watch", "no-such-device"), ("leap", "check", "no-such"),
+                          ("leap", "load", "no-such"), ("replay", "--leap-file", "no-such", SAMPLES / "isync.log"),
+                          ("replay", str(SAMPLES))):
+            with self.subTest(arguments=arguments):
+                result = run(*arguments)
+                self.assertEqual((3, ""), (result.returncode, result.stdout))
+                self.assertTrue(result.stderr.startswith("vortime: "), result.stderr)
+
+
+class Convert(unittest.TestCase):
+    def convert(self, *arguments, **options):
+        return run("convert", *arguments, **options).stdout.strip()
+
+    def test_forms_and_bases(self):
+        for value, to, expected in (
+                ("1930:18000", "iso", "2017-01-01T00:00:00.000Z"),
+                ("1930:17999", "iso", "2016-12-31T23:59:59.999Z"),
+                ("1930:18000", "iso:gps", "2017-01-01T00:00:18.000"),
+                ("2017-01-01T00:00:00Z", "week", "1930:18000"),
+                ("2017-01-01T00:00:00", "gps", "1930:18000"),
+                ("2017-01-01T00:00:00.0005Z", "week", "1930:18001"),
+                ("57754", "week", "1930:18000"),
+                ("57754.5", "unix", "1483272000"),
+                ("1483228800", "mjd", "57754"),
+                ("1483228800.25", "unix", "1483228800.250"),
+                ("1483228800", "mjd:gps", "57754.000208333331"),
+                ("0:0", "iso:gps", "1980-01-06T00:00:00.000"),
+                ("65535:604799999", "week", "65535:604799999")):
+            with self.subTest(value=value, to=to):
+                shown = self.convert("--to", to, value)
+                if to.startswith("mjd"):
+                    self.assertEqual(float(expected), float(shown))
+                else:
+                    self.assertEqual(expected, shown)
+
+    def test_fat_is_local_time(self):
+        environment = dict(os.environ, TZ="UTC")
+        self.assertEqual("0x4A21:0x6000", self.convert("--to", "fat", "2017-01-01T12:00:00Z", env=environment))
+        self.assertEqual("2017-01-01T12:00:00.000Z",
+                         self.convert("--to", "iso", "--from", "fat", "0x4A21:0x6000", env=environment))
+
+    def test_form_of_the_input_can_be_forced(self):
+        self.assertEqual("1980-01-06T00:00:00.000", self.convert("--from", "mjd:gps", "--to", "iso:gps", "44244"))
+        self.assertEqual("1981-11-17T13:46:40.000Z", self.convert("--from", "unix", "--to", "iso", "374852800"))
+        self.assertEqual("1930:0", self.convert("--from", "iso:gps", "--to", "week", "2017-01-01T00:00:00"))
+
+    def test_what_is_no_time_is_named(self):
+        for value in ("", "x", "1979-12-31T00:00:00Z", "2017-02-30T00:00:00Z", "65536:0", "1:604800000", "nan", "-5",
+                      "44243", "1:2:3", "2017-01-01T00:00:00+01:00", "99999999999999999999"):
+            with self.subTest(value=value):
+                result = run("convert", "--to", "iso", "--", value)
+                self.assertEqual((1, "invalid"), (result.returncode, result.stdout.strip()))
+                self.assertIn("not a time", result.stderr)
+
+    def test_a_file_of_values(self):
+        values = "".join(f"{1900 + i}:{i * 1000}\r\n" for i in range(3000))
+        result = run("convert", "--from", "week", "--to", "unix", input=values)
+        epoch = datetime.datetime(1980, 1, 6)
+        for i, line in enumerate(result.stdout.splitlines()):
+            seconds = (1900 + i) * 604800 + i - 18 + (epoch - datetime.datetime(1970, 1, 1)).total_seconds()
+            self.assertEqual(int(seconds), int(line))
+        self.assertEqual(2999, i)
+
+    def test_standard_input_gives_iso_by_itself(self):
+        self.assertEqual("2017-01-01T00:00:00.000Z\ninvalid\n2017-01-02T00:00:00.000Z\n",
+                         run("convert", input="1930:18000\nbad\n\n57755").stdout)
+
+    def test_json(self):
+        values = json_lines(run("convert", "--json", "1930:18000", "bad").stdout)
+        self.assertEqual((1930, 18000, "2017-01-01T00:00:00.000Z", 57754, 18),
+                         tuple(values[0][k] for k in ("week", "ms", "utc", "mjd", "leap_seconds")))
+        self.assertEqual({"input": "bad", "error": "not a time"}, values[1])
+
+    def test_a_date_with_another_leap_second_is_noted(self):
+        self.assertIn("another leap second count", run("convert", "2014-08-01T00:00:00Z").stderr)
+        self.assertEqual("", run("convert", "2017-08-01T00:00:00Z").stderr)
+
+
+class Now(unittest.TestCase):
+    def test_present_is_that_of_the_machine(self):
+        before = datetime.datetime.utcnow()
+        now = json_lines(run("now", "--json").stdout)[0]
+        after = datetime.datetime.utcnow()
+        shown = datetime.datetime.strptime(now["utc"], "%Y-%m-%dT%H:%M:%S.%fZ")
+        second = datetime.timedelta(seconds=1)
+        self.assertTrue(before - second <= shown <= after + second)
+        gps = datetime.datetime(1980, 1, 6) + datetime.timedelta(weeks=now["week"], milliseconds=now["ms"])
+        self.assertEqual(18, round((gps - shown).total_seconds()))
+        self.assertIn("leap second", run("now").stdout)
+
+
+class Leap(unittest.TestCase):
+    def file(self, text):
+        handle, name = tempfile.mkstemp(dir=os.getcwd(), suffix=".txt")
+        self.addCleanup(os.remove, name)
+        with os.fdopen(handle, "w") as file:
+            file.write(text)
+        return pathlib.Path(name).name
+
+    def test_show(self):
+        shown = json_lines(run("leap", "show", "--json").stdout)[0]
+        self.assertEqual(18, shown["leap_seconds"])
+        self.assertEqual({"source": "Default", "current": 18, "future": 18, "week": 1929, "day": 7, "known": True},
+                         shown["in_force"])
+        self.assertEqual(run("leap").stdout, run("leap", "show").stdout)
+
+    def test_load_and_check_a_leap_second_file(self):
+        for command in ("load", "check"):
+            for text, code, count in (("; comment\n17,18,1929,7\n", 0, 18), ("19,19,2017-01-01\n", 0, None),
+                                      ("20,20,1929,7\n", 0, 20), ("18,18,1929,8\n", 33554434, None),
+                                      ("18;18\n", 33554458, None), ("", 33554458, None)):
+                with self.subTest(command=command, text=text):
+                    result = run("leap", command, "--json", self.file(text))
+                    shown = json_lines(result.stdout)[0]
+                    self.assertEqual(code, shown["code"])
+                    self.assertEqual(0 if code == 0 else 1, result.returncode)
+                    self.assertEqual("Forced" if code == 0 else "Default", shown["after"]["source"])
+                    if count:
+                        self.assertEqual(count, shown["after"]["current"])
+
+    def test_check_a_published_list(self):
+        shown = json_lines(run("leap", "check", "--json", SAMPLES / "leapseconds-tzdata-2026b").stdout)[0]
+        self.assertEqual(("list", 27, True), (shown["kind"], len(shown["entries"]), shown["is_library_default"]))
+        self.assertEqual({"utc": "2017-01-01T00:00:00.000Z", "gps_minus_utc": 18, "week": 1929, "day": 7},
+                         shown["entries"][-1])
+
+    def test_a_forced_leap_second_in_a_replay(self):
+        summary = json_lines(run("replay", "-q", "--json", "--leap-file", self.file("20,20,1929,7\n"),
+                                 SAMPLES / "isync.log").stdout)[-1]
+        self.assertEqual((20, "Forced"), (summary["leap_seconds"], summary["leap_record"]["source"]))
+
+
+class Zone(unittest.TestCase):
+    def test_list(self):
+        zones = json_lines(run("zone", "list", "--json").stdout)
+        self.assertGreater(len(zones), 130)
+        self.assertEqual(sorted(z["display"] for z in zones), [z["display"] for z in zones])
+        self.assertEqual("Asia/Tokyo", {z["name"]: z["iana"] for z in zones}["Tokyo Standard Time"])
+        self.assertEqual(len(zones), len(run("zone", "list").stdout.splitlines()))
+
+    def test_show_map_and_resolve(self):
+        self.assertEqual(-540, json_lines(run("zone", "show", "--json", "Tokyo Standard Time").stdout)[0]["bias_minutes"])
+        self.assertEqual("W. Europe Standard Time\n", run("zone", "map", "Europe/Berlin").stdout)
+        self.assertEqual("Europe/Berlin\n", run("zone", "map", "W. Europe Standard Time").stdout)
+        self.assertEqual("W. Europe Standard Time\n", run("zone", "resolve", "Europe/Berlin").stdout)
+        resolved = json_lines(run("zone", "resolve", "Nowhere", "--bias", "-540", "--json").stdout)[0]["resolved"]
+        self.assertEqual(-540, json_lines(run("zone", "show", "--json", resolved).stdout)[0]["bias_minutes"])
+
+    def test_unknown_names_end_with_1(self):
+        for arguments in (("show", "Nowhere"), ("map", "Nowhere"), ("resolve", "Nowhere", "--bias", "7"), ("show", "")):
+            with self.subTest(arguments=arguments):
+                result = run("zone", *arguments)
+                self.assertEqual((1, ""), (result.returncode, result.stdout))
+                self.assertTrue(re.match("vortime: n", result.stderr), result.stderr)
+
+    def test_current(self):
+        shown = json_lines(run("zone", "current", "--json", env=dict(os.environ, TZ="Asia/Tokyo")).stdout)[0]
+        self.assertEqual((540, "Tokyo Standard Time"), (shown["utc_offset_minutes"], shown["name"]))
+
+
+if __name__ == "__main__":
+    tool_runner.main()
