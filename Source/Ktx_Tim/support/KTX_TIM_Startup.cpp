@@ -4,6 +4,8 @@
 // system's loader may hold its lock meanwhile: no registry, no waiting, no thread here.
 #include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
+#include "KTX/TIM/KTX_TIM_TimeZone.h"
+#include "currenttime/KTX_TIM_PosixClock.h"
 #include "currenttime/KTX_TIM_SysTimeOffset.h"
 #include "currenttime/KTX_TIM_TimeSignals.h"
 #include "support/KTX_TIM_LogChannels.h"
@@ -15,9 +17,12 @@ namespace {
 bool startLibrary() {
   openLogChannels();
   getTimeLock();
+  getTimeZoneInstance();
   getDefaultLeapSecondProvider();
   timeCorrectedSignal();
   timeSignal();
+  posixEpoch<boost::milli>();
+  posixEpoch<boost::nano>();
   SysTimeOffsetT::instance();
   return true;
 }
