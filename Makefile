@@ -1,5 +1,5 @@
 # Thin fronts; the presets and scripts do the work.
-.PHONY: help demo test lint format tidy coverage package bench fuzz docs
+.PHONY: help demo test stress lint format tidy coverage package bench fuzz docs
 
 help:
 	@echo "make demo      set up, build and replay a recorded receiver; ends with a summary and a picture"
@@ -8,6 +8,7 @@ help:
 	@echo "make docs      interface reference in build/docs/html"
 	@echo "make bench     speed beside the peers, as ratios, in docs/PERFORMANCE.md"
 	@echo "make fuzz      fuzz every reader and rule, 10 minutes a target (SECONDS=n for another time)"
+	@echo "make stress    the reader/writer lock under many threads, some minutes"
 	@echo "make lint      format check and clang-tidy"
 	@echo "make tidy      clang-tidy over the sources"
 	@echo "make format    format every C++ file"
@@ -52,3 +53,7 @@ fuzz:
 docs:
 	@tools/install_packages.sh
 	@tools/build_docs.sh
+
+stress:
+	@tools/install_packages.sh
+	@tools/run_stress.sh

@@ -11,15 +11,17 @@
 namespace KTX::TIM::TEST {
 namespace {
 
+#ifndef _WIN32
 std::size_t threadCount() {
   namespace fs = std::filesystem;
   return static_cast<std::size_t>(
       std::distance(fs::directory_iterator("/proc/self/task"), fs::directory_iterator()));
 }
+#endif
 
+// Built before the library's own objects.
 class WatchC {
  public:
-  // The library's own objects are built after this one and before main().
   std::size_t keyUses() const {
     return calls.useCount(CALL_OPENKEY) + calls.useCount(CALL_ENUMERATEKEY) +
            calls.useCount(CALL_QUERYVALUE) + calls.useCount(CALL_CLOSEKEY);
