@@ -26,9 +26,9 @@ std::unique_ptr<spdlog::formatter> makeFormatter() {
                                                      spdlog::pattern_time_type::utc, "\n");
 }
 
-bool isRotatable(std::filesystem::path const& path) {
+bool isDeviceOrPipe(std::filesystem::path const& path) {
   std::error_code error;
-  return std::filesystem::is_regular_file(path, error);
+  return std::filesystem::is_other(path, error);
 }
 
 /// 0 if the file can be appended to; it is made, with its directory, where it is missing.
@@ -95,23 +95,23 @@ class LogOutputC::SinksC {
     if (file) {
       return;
     }
-    // Tried first without the sink, which would sleep between several attempts.
-    if (int const error = openError(path)) {
-      throw std::system_error(error, std::generic_category(),
-                              "cannot open \"" + settings.file + '"');
-    }
     auto sink = makeFileSink();
     sink->set_formatter(makeFormatter());
     file = std::move(sink);
   }
 
   std::unique_ptr<spdlog::sinks::sink> makeFileSink() const {
-    if (isRotatable(path)) {
-      return std::make_unique<spdlog::sinks::rotating_file_sink_st>(
-          path.native(), settings.fileBytes, settings.fileCount - 1);
+    if (isDeviceOrPipe(path)) {
+      // To put it aside would be to rename it, and the reader of a pipe notices each opening.
+      return std::make_unique<spdlog::sinks::basic_file_sink_st>(path.native());
     }
-    // To put a device or a pipe aside would be to rename it.
-    return std::make_unique<spdlog::sinks::basic_file_sink_st>(path.native());
+    // Tried first without the sink, which would sleep between several attempts.
+    if (int const error = openError(path)) {
+      throw std::system_error(error, std::generic_category(),
+                              "cannot open \"" + settings.file + '"');
+    }
+    return std::make_unique<spdlog::sinks::rotating_file_sink_st>(path.native(), settings.fileBytes,
+                                                                  settings.fileCount - 1);
   }
 
   LogSettingsC const settings;

@@ -151,6 +151,7 @@ TEST(LogCapture, TakesLinesOfManyThreads) {
   LogCaptureC const log;
   DbgLogFileC shared("Shared");
   std::vector<std::thread> threads;
+  threads.reserve(THREADS);
   for (int t = 0; t < THREADS; ++t) {
     threads.emplace_back([&] {
       for (int i = 0; i < LINES; ++i) {

@@ -1,6 +1,8 @@
 // What only a POSIX system can be brought to do to a log file.
 #include <algorithm>
 #include <filesystem>
+#include <sys/stat.h>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -53,6 +55,26 @@ TEST_F(LogOutputPosix, NeverPutsADeviceAside) {
   }
   EXPECT_TRUE(std::filesystem::is_symlink(device));
   EXPECT_FALSE(std::filesystem::exists(folder.path() / "device.1"));
+}
+
+TEST_F(LogOutputPosix, WritesToAPipeWithoutABreak) {
+  auto const pipe = folder.path() / "pipe";
+  ASSERT_EQ(0, mkfifo(pipe.c_str(), 0600));
+  std::string received;
+  // Reads until the pipe is closed for the first time.
+  std::thread reader([&] { received = folder.read("pipe"); });
+  {
+    settings.file = pipe.string();
+    LogOutputC output(settings);
+    std::string fault;
+    EXPECT_TRUE(output.openFile(fault)) << fault;
+    for (int i = 0; i < 50; ++i) {
+      output.writeLine("C", "6", "a line that is longer than twenty bytes");
+    }
+  }
+  reader.join();
+  EXPECT_EQ(50U, logLines(received).size());
+  EXPECT_TRUE(std::filesystem::is_fifo(pipe));
 }
 
 TEST_F(LogOutputPosix, SurvivesAFailedChangeOfFiles) {

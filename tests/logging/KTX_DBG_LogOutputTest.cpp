@@ -23,7 +23,8 @@ using ::testing::internal::GetCapturedStderr;
 std::string utcNow() {
   std::time_t const now = std::time(nullptr);
   char text[32];
-  std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", std::gmtime(&now));
+  std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S",
+                std::gmtime(&now));  // NOLINT(concurrency-mt-unsafe): one thread
   return text;
 }
 
@@ -193,6 +194,7 @@ TEST_F(LogOutput, KeepsLinesOfManyThreadsWhole) {
   LogOutputC output(fileSettings("a.log"));
   std::string const tail(300, 'x');
   std::vector<std::thread> threads;
+  threads.reserve(THREADS);
   for (int t = 0; t < THREADS; ++t) {
     threads.emplace_back([&, t] {
       for (int i = 0; i < LINES; ++i) {

@@ -38,9 +38,9 @@ std::filesystem::path probePath() {
 
 void setKtxLog(char const* settingText) {
   if (settingText == nullptr) {
-    unsetenv("KTX_LOG");
+    unsetenv("KTX_LOG");  // NOLINT(concurrency-mt-unsafe): one thread
   } else {
-    setenv("KTX_LOG", settingText, 1);
+    setenv("KTX_LOG", settingText, 1);  // NOLINT(concurrency-mt-unsafe): one thread
   }
 }
 
@@ -70,6 +70,7 @@ ProbeRunC runProbe(char const* settingText, std::string const& arguments) {
                               (folder.path() / "output").string() + "\" 2> \"" +
                               (folder.path() / "errors").string() + '"';
   ProbeRunC run;
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): one thread
   run.status = exitStatus(std::system(commandLine(command).c_str()));
   run.output = readText(folder, "output");
   run.errors = readText(folder, "errors");
