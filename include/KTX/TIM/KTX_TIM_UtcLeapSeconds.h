@@ -21,7 +21,7 @@ struct UtcLeapSecondRecord;
 /// RC_LEAPSECOND_NOT_ACCEPTED when the one held stands against it; the state then stays as it
 /// was. When the record in force changes, listeners are told before the call returns. With
 /// makeCurrent the present is carried over in GPS time, so that UTC moves by the change of the
-/// count.
+/// count. What a listener throws reaches the caller with the new record in force.
 KTX_TIM_API std::uint32_t setUtcLeapSecond(UtcLeapSecondRecord const& record, bool makeCurrent);
 /// As above with makeCurrent; the effectivity is known when week or day is not 0.
 KTX_TIM_API std::uint32_t setUtcLeapSecond(std::int16_t current,
