@@ -13,6 +13,17 @@ install(TARGETS ${_targets} EXPORT VorTimeTargets COMPONENT library INCLUDES DES
 if(VORTIME_RUNTIME_DLLS)
   install(FILES ${VORTIME_RUNTIME_DLLS} DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT library)
 endif()
+# The licence texts of what others wrote and the package holds, as their Debian packages state them.
+set(_holds libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev)
+if(MINGW)
+  list(APPEND _holds gcc-mingw-w64-x86-64-posix-runtime mingw-w64-x86-64-dev)
+endif()
+foreach(_package ${_holds})
+  if(EXISTS "/usr/share/doc/${_package}/copyright")
+    install(FILES "/usr/share/doc/${_package}/copyright" DESTINATION "${CMAKE_INSTALL_DOCDIR}" RENAME "LICENSE-${_package}.txt"
+            COMPONENT library)
+  endif()
+endforeach()
 install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md" DESTINATION "${CMAKE_INSTALL_DOCDIR}"
         COMPONENT library)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/KTX" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT library)

@@ -1,12 +1,18 @@
-# Functions for tests of an installation: install the build tree into an empty folder, then configure, build and run a
-# project that knows only this folder. Set: BUILD_DIR, WORK_DIR, CONFIG, GENERATOR, COMPILER; for another system also
-# TOOLCHAIN_FILE, BOOST_INCLUDE, RUN_WINE and WINE_PREFIX.
+# Functions for tests of an installation: install the build tree, or unpack an archive, into an empty folder, then
+# configure, build and run a project that knows only this folder. Set: WORK_DIR, CONFIG, GENERATOR, COMPILER, and
+# BUILD_DIR or ARCHIVE; for another system also TOOLCHAIN_FILE, BOOST_INCLUDE, RUN_WINE and WINE_PREFIX.
 function(run)
   execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
 function(install_tree)
   file(REMOVE_RECURSE "${WORK_DIR}")
+  if(ARCHIVE)
+    file(ARCHIVE_EXTRACT INPUT "${ARCHIVE}" DESTINATION "${WORK_DIR}/unpacked")
+    file(GLOB _folder "${WORK_DIR}/unpacked/*")
+    file(RENAME "${_folder}" "${WORK_DIR}/prefix")
+    return()
+  endif()
   run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --config "${CONFIG}" --prefix "${WORK_DIR}/prefix")
 endfunction()
 
