@@ -1,5 +1,5 @@
 # Thin fronts; the presets and scripts do the work.
-.PHONY: help demo test stress lint format tidy coverage package bench fuzz docs
+.PHONY: help demo test stress lint format tidy coverage package bench fuzz docs mutation
 
 help:
 	@echo "make demo      set up, build and replay a recorded receiver; ends with a summary and a picture"
@@ -9,6 +9,7 @@ help:
 	@echo "make bench     speed beside the peers, as ratios, in docs/PERFORMANCE.md"
 	@echo "make fuzz      fuzz every reader and rule, 10 minutes a target (SECONDS=n for another time)"
 	@echo "make stress    the reader/writer lock under many threads, some minutes"
+	@echo "make mutation  changes the sources in small ways and counts the changes that the unit tests notice"
 	@echo "make lint      format check and clang-tidy"
 	@echo "make tidy      clang-tidy over the sources"
 	@echo "make format    format every C++ file"
@@ -57,3 +58,7 @@ docs:
 stress:
 	@tools/install_packages.sh
 	@tools/run_stress.sh
+
+mutation:
+	@tools/install_packages.sh
+	@tools/mutation.py --plan tests/mutation/plan.tsv --accepted tests/mutation/accepted.tsv
