@@ -9,7 +9,9 @@ namespace KTX::TIM::TEST {
 /// Watches the memory that the calling thread takes with operator new while it exists, and may let
 /// one allocation fail. Scopes of one thread nest; the innermost watches.
 ///
-/// Only a program that links vortime_test_allocations has the operator new that reports here.
+/// Only a program that links vortime_test_allocations has the operator new that reports here. On
+/// Windows it is that of the program alone: what a DLL takes, the standard library's strings among
+/// it, is not counted, though the program may count its release.
 class AllocationWatchC {
  public:
   /// Lets the n-th allocation from now on throw std::bad_alloc, 1 being the next; 0 for none.

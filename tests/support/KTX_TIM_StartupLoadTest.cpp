@@ -11,7 +11,9 @@
 namespace KTX::TIM::TEST {
 namespace {
 
-#ifndef _WIN32
+// The thread sanitizer runs a thread of its own.
+#if !defined(_WIN32) && !defined(__SANITIZE_THREAD__)
+#define KTX_TIM_COUNTS_THREADS
 std::size_t threadCount() {
   namespace fs = std::filesystem;
   return static_cast<std::size_t>(
@@ -41,7 +43,7 @@ TEST(StartupLoad, AsksTheSystemForNothingAndStartsNoThread) {
   EXPECT_EQ(0U, watch.keyUses());
   EXPECT_EQ(0U, watch.setUses());
   EXPECT_EQ(0U, watch.zoneUses());
-#ifndef _WIN32
+#ifdef KTX_TIM_COUNTS_THREADS
   EXPECT_EQ(1U, threadCount());
 #endif
 }

