@@ -96,8 +96,8 @@ TEST(CalendarDays, JoinAsThePlainFormulaForEveryYearAndEveryMonthField) {
     for (int month = 0; month <= 255; ++month) {
       auto const y = static_cast<std::uint16_t>(year);
       int const day = static_cast<int>((year + static_cast<std::uint32_t>(month)) % 256);
-      double const joined = joinDayNumber(y, static_cast<std::uint8_t>(month),
-                                          static_cast<std::uint8_t>(day), 0, 0, 0, 0);
+      double const joined = joinDayNumber(
+          {y, static_cast<std::uint8_t>(month), static_cast<std::uint8_t>(day), 0, 0, 0, 0});
       ASSERT_EQ(plainDayNumber(y, month, day), joined) << year << '-' << month << '-' << day;
     }
   }

@@ -19,6 +19,8 @@
 namespace KTX::TIM::TEST {
 namespace {
 
+constexpr double INFINITE = std::numeric_limits<double>::infinity();
+
 struct DateC {
   std::uint16_t year;
   std::uint8_t month;
@@ -43,41 +45,92 @@ bool isSameClock(ClockC const& clock, CalendarFieldsC const& fields) {
          clock.second == fields.second && clock.milliseconds == fields.milliseconds;
 }
 
+std::string complaint(std::uint32_t firstWrong, std::uint32_t last) {
+  return firstWrong == last ? std::string() : std::to_string(firstWrong);
+}
+
 /// The written rule: the fraction of the day, times the units of a day, rounded.
 std::uint32_t plainHundredths(double dayNumber) {
   return static_cast<std::uint32_t>(std::round((dayNumber - std::trunc(dayNumber)) * 8640000));
 }
 
+bool isSameFields(CalendarFieldsC const& a, CalendarFieldsC const& b) {
+  return a.year == b.year && a.month == b.month && a.day == b.day && a.hour == b.hour &&
+         a.minute == b.minute && a.second == b.second && a.dayOfWeek == b.dayOfWeek &&
+         a.milliseconds == b.milliseconds;
+}
+
+bool isSameTime(WeekTimeC const& a, WeekTimeC const& b) {
+  return a.week == b.week && a.msOfWeek == b.msOfWeek;
+}
+
 // Flattened, or the linker would take the kernels' copies of an unoptimised build.
-[[gnu::flatten]] std::string checkMillisecondsOfDay(DateC const& date,
-                                                    std::uint32_t first,
-                                                    std::uint32_t last) {
+[[gnu::flatten]] std::uint32_t firstWrongMillisecond(DateC const& date,
+                                                     std::uint32_t first,
+                                                     std::uint32_t last) {
   for (std::uint32_t ms = first; ms < last; ++ms) {
     ClockC const clock = clockOf(ms);
-    double const dayNumber = joinDayNumber(date.year, date.month, date.day, clock.hour,
-                                           clock.minute, clock.second, clock.milliseconds);
+    JoinedFieldsC const joined = {date.year,    date.month,   date.day,          clock.hour,
+                                  clock.minute, clock.second, clock.milliseconds};
+    double const dayNumber = joinDayNumber(joined);
     CalendarFieldsC const exact = splitDayNumber(dayNumber, 1);
-    bool const isExact = exact.year == date.year && exact.month == date.month &&
-                         exact.day == date.day && isSameClock(clock, exact);
     CalendarFieldsC const rounded = splitDayNumber(dayNumber, 0);
     std::uint32_t const roundedMs = plainHundredths(dayNumber) * 10;
     bool const isNextDay = roundedMs == MS_PER_DAY;
-    bool const isRounded = isSameClock(clockOf(isNextDay ? 0 : roundedMs), rounded) &&
-                           (rounded.dayOfWeek == exact.dayOfWeek) != isNextDay;
-    if (!isExact || !isRounded) {
-      return std::to_string(ms) + (isExact ? " rounded" : " exact");
+    bool const isRight = exact.year == date.year && exact.month == date.month &&
+                         exact.day == date.day && isSameClock(clock, exact) &&
+                         isSameClock(clockOf(isNextDay ? 0 : roundedMs), rounded) &&
+                         (rounded.dayOfWeek == exact.dayOfWeek) != isNextDay &&
+                         isSameTime(weekTimeOf(dayNumber), joinWeekTime(joined));
+    if (!isRight) {
+      return ms;
     }
   }
-  return {};
+  return last;
 }
 
 TEST(TimeOfDay, GoesThroughTheDayNumberForEveryMillisecondOfTwoDays) {
   for (DateC const& date : {DateC{2024, 2, 29}, DateC{9999, 12, 30}}) {
     EXPECT_EQ("", checkRange(MS_PER_DAY,
                              [&](std::uint32_t first, std::uint32_t last) {
-                               return checkMillisecondsOfDay(date, first, last);
+                               return complaint(firstWrongMillisecond(date, first, last), last);
                              }))
         << date.year;
+  }
+}
+
+[[gnu::flatten]] std::uint32_t firstWrongSplit(std::uint16_t week,
+                                               std::uint32_t first,
+                                               std::uint32_t last) {
+  // Steps through every last digit of the milliseconds.
+  for (std::uint32_t ms = first; ms < last; ms += 7) {
+    WeekTimeC const time{week, ms};
+    if (!isSameFields(splitDayNumber(dayNumberOf(time), 0), splitWeekTime(time, 0))) {
+      return ms;
+    }
+  }
+  return last;
+}
+
+TEST(TimeOfDay, SplitsWeeksAsTheirDayNumberThroughADay) {
+  EXPECT_EQ("", checkRange(MS_PER_DAY, [](std::uint32_t first, std::uint32_t last) {
+              return complaint(firstWrongSplit(2304, first, last), last);
+            }));
+}
+
+TEST(TimeOfDay, SplitsWeeksAsTheirDayNumberInEveryWeek) {
+  std::mt19937_64 random(testSeed());
+  for (std::uint32_t week = 0; week <= 65535; ++week) {
+    auto const anyMs = static_cast<std::uint32_t>(random() % MS_PER_WEEK);
+    std::uint32_t const half = anyMs / 10 * 10 + 5;
+    for (std::uint32_t const ms : {anyMs, half - 1, half, half + 1, MS_PER_WEEK - 5}) {
+      for (std::uint32_t const precision : {0U, 1U}) {
+        WeekTimeC const time{static_cast<std::uint16_t>(week), ms};
+        ASSERT_TRUE(isSameFields(splitDayNumber(dayNumberOf(time), precision),
+                                 splitWeekTime(time, precision)))
+            << week << ", " << ms << " precision " << precision;
+      }
+    }
   }
 }
 
@@ -153,26 +206,27 @@ TEST(TimeOfDay, JoinsAsTheWrittenSumForRandomFields) {
     double const plain = std::trunc(365.25 * y) + std::trunc(30.6001 * m) - 679006 + b + day +
                          hour / 24.0 + minute / 1440.0 + second / 86400.0 +
                          static_cast<double>(ms) / 86400000.0;
-    ASSERT_EQ(plain, joinDayNumber(year, month, day, hour, minute, second, ms)) << bits;
+    JoinedFieldsC const fields = {year, month, day, hour, minute, second, ms};
+    ASSERT_EQ(plain, joinDayNumber(fields)) << bits;
+    ASSERT_TRUE(isSameTime(weekTimeOf(plain), joinWeekTime(fields))) << bits;
   }
 }
 
-[[gnu::flatten]] std::string checkMillisecondsOfWeek(std::uint16_t week,
-                                                     std::uint32_t first,
-                                                     std::uint32_t last) {
+[[gnu::flatten]] std::uint32_t firstWrongBridge(std::uint16_t week,
+                                                std::uint32_t first,
+                                                std::uint32_t last) {
   for (std::uint32_t ms = first; ms < last; ++ms) {
-    double const dayNumber = dayNumberOf(WeekTimeC{week, ms});
-    WeekTimeC const time = weekTimeOf(dayNumber);
-    if (time.week != week || time.msOfWeek != ms) {
-      return std::to_string(ms);
+    WeekTimeC const time{week, ms};
+    if (!isSameTime(time, weekTimeOf(dayNumberOf(time)))) {
+      return ms;
     }
   }
-  return {};
+  return last;
 }
 
 TEST(TimeOfDay, GoesThroughTheDayNumberForEveryMillisecondOfAWeek) {
   EXPECT_EQ("", checkRange(MS_PER_WEEK, [](std::uint32_t first, std::uint32_t last) {
-              return checkMillisecondsOfWeek(2304, first, last);
+              return complaint(firstWrongBridge(2304, first, last), last);
             }));
 }
 
@@ -212,7 +266,11 @@ TEST(TimeOfDay, BridgesAsTheWrittenRuleFromTheEpochOn) {
   std::uniform_int_distribution<std::int32_t> halfMs(0, 1209600000);
   for (int i = 0; i < 300000; ++i) {
     double const halfway = 44244 + halfMs(random) / 172800000.0;
-    for (double const dayNumber : {anyDay(random), halfway}) {
+    double const wholeWeek = 44244 + 7.0 * i;
+    double const candidates[] = {anyDay(random), halfway, wholeWeek,
+                                 std::nextafter(wholeWeek, INFINITE),
+                                 std::nextafter(wholeWeek + 7, 0)};
+    for (double const dayNumber : candidates) {
       ASSERT_EQ(plainBridge(dayNumber), GpsTimeC(MjdTimeC(dayNumber)))
           << std::hexfloat << dayNumber;
     }
@@ -245,9 +303,8 @@ TEST(TimeOfDay, BridgesAnyBitPatternOfADouble) {
     ASSERT_LT(GpsTimeC(MjdTimeC(dayNumber)).getMsOfWeek(), MS_PER_WEEK)
         << std::hexfloat << dayNumber;
   }
-  double const infinite = std::numeric_limits<double>::infinity();
   EXPECT_EQ(GPSTimeC(0, 0), GpsTimeC(MjdTimeC(std::nan(""))));
-  for (double const extreme : {infinite, -infinite, 1e300, -1e300, 9.3e18, -9.3e18}) {
+  for (double const extreme : {INFINITE, -INFINITE, 1e300, -1e300, 9.3e18, -9.3e18, 1e9, -1e9}) {
     EXPECT_LT(GpsTimeC(MjdTimeC(extreme)).getMsOfWeek(), MS_PER_WEEK) << extreme;
   }
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "KTX/TIM/KTX_TIM_TimeConstants.h"
+#include "values/KTX_TIM_WeekTime.h"
 
 namespace KTX::TIM {
 
@@ -33,20 +34,21 @@ inline std::uint32_t roundHalfAway(double value) {
 }
 
 /// Sets year, month, day and day of week from whole days after 1858-11-17. The years of the
-/// computation start in March, so that the leap day is the last one.
+/// computation start in March, so that the leap day is the last one; its factors are those of
+/// C. Neri and L. Schneider, "Euclidean affine functions and their application to calendar
+/// algorithms", 2022.
 inline void splitDate(std::uint32_t days, CalendarFieldsC& fields) {
-  constexpr std::uint32_t DAYS_PER_ERA = 146097;   // 400 years
-  std::uint32_t const dayOfCount = days + 678881;  // from 0000-03-01
-  std::uint32_t const era = dayOfCount / DAYS_PER_ERA;
-  std::uint32_t const dayOfEra = dayOfCount % DAYS_PER_ERA;
-  std::uint32_t const yearOfEra =
-      (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
-  std::uint32_t const dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-  std::uint32_t const shiftedMonth = (5 * dayOfYear + 2) / 153;  // 0 is March
-  std::uint32_t const month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
-  fields.year = static_cast<std::uint16_t>(era * 400 + yearOfEra + (month <= 2 ? 1 : 0));
-  fields.month = static_cast<std::uint8_t>(month);
-  fields.day = static_cast<std::uint8_t>(dayOfYear - (153 * shiftedMonth + 2) / 5 + 1);
+  std::uint32_t const quarters = 4 * (days + 678881) + 3;  // of days, from 0000-03-01
+  std::uint32_t const century = quarters / 146097;
+  std::uint32_t const quartersOfCentury = (quarters % 146097) | 3;
+  std::uint64_t const scaledYears = std::uint64_t{2939745} * quartersOfCentury;  // over 2^32
+  auto const yearOfCentury = static_cast<std::uint32_t>(scaledYears >> 32);
+  std::uint32_t const dayOfYear = static_cast<std::uint32_t>(scaledYears) / 2939745 / 4;
+  std::uint32_t const scaledMonths = 2141 * dayOfYear + 197913;  // over 2^16, March is 3
+  std::uint32_t const isNextYear = dayOfYear >= 306 ? 1 : 0;     // January and February
+  fields.year = static_cast<std::uint16_t>(100 * century + yearOfCentury + isNextYear);
+  fields.month = static_cast<std::uint8_t>((scaledMonths >> 16) - 12 * isNextYear);
+  fields.day = static_cast<std::uint8_t>((scaledMonths & 0xFFFF) / 2141 + 1);
   fields.dayOfWeek = static_cast<std::uint8_t>((days + 3) % 7 + 1);  // day 0 was a Wednesday
 }
 
@@ -86,23 +88,70 @@ inline CalendarFieldsC splitDayNumber(double dayNumber, std::uint32_t precision)
   return fields;
 }
 
-/// The Modified Julian Date of a date and time of day, whatever the fields hold.
-inline double joinDayNumber(std::uint16_t year,
-                            std::uint8_t month,
-                            std::uint8_t day,
-                            std::uint8_t hour,
-                            std::uint8_t minute,
-                            std::uint8_t second,
-                            std::int64_t milliseconds) {
-  bool const isBeforeMarch = month < 3;
-  auto const y = static_cast<std::int16_t>(isBeforeMarch ? year - 1 : year);
-  std::int32_t const m = (isBeforeMarch ? month + 12 : month) + 1;
+/// As splitDayNumber(dayNumberOf(time), precision), in whole numbers. The day number is off by
+/// less than 10 us, which decides only where the milliseconds lie half-way between hundredths.
+inline CalendarFieldsC splitWeekTime(WeekTimeC time, std::uint32_t precision) {
+  if (precision == 0 && time.msOfWeek % 10 == 5) {
+    return splitDayNumber(dayNumberOf(time), precision);
+  }
+  std::uint32_t days = GPS_EPOCH_MJD + time.week * 7U + time.msOfWeek / MS_PER_DAY;
+  std::uint32_t msOfDay = time.msOfWeek % MS_PER_DAY;
+  if (precision == 0) {
+    msOfDay = (msOfDay + 5) / 10 * 10;
+    if (msOfDay == MS_PER_DAY) {
+      msOfDay = 0;
+      ++days;
+    }
+  }
+  CalendarFieldsC fields{};
+  splitDate(days, fields);
+  splitTimeOfDay(msOfDay, fields);
+  return fields;
+}
+
+/// A date and time of day to be joined, whatever the fields hold.
+struct JoinedFieldsC {
+  std::uint16_t year;
+  std::uint8_t month;
+  std::uint8_t day;
+  std::uint8_t hour;
+  std::uint8_t minute;
+  std::uint8_t second;
+  std::int64_t milliseconds;  ///< less than a minute, either way
+};
+
+/// The whole days of the day number.
+inline std::int32_t joinDate(JoinedFieldsC const& fields) {
+  bool const isBeforeMarch = fields.month < 3;
+  auto const y = static_cast<std::int16_t>(isBeforeMarch ? fields.year - 1 : fields.year);
+  std::int32_t const m = (isBeforeMarch ? fields.month + 12 : fields.month) + 1;
   std::int32_t const a = y / 100;
   std::int32_t const b = a / 4 - a + 2;
   // 365.25 * y and 30.6001 * m, truncated toward zero; whole numbers, so no sum of them rounds.
-  std::int32_t const wholeDays = y * 1461 / 4 + m * 306001 / 10000 - 679006 + b + day;
-  return wholeDays + hour / 24.0 + minute / 1440.0 + second / 86400.0 +
-         static_cast<double>(milliseconds) / 86400000.0;
+  return y * 1461 / 4 + m * 306001 / 10000 - 679006 + b + fields.day;
+}
+
+/// The Modified Julian Date.
+inline double joinDayNumber(JoinedFieldsC const& fields) {
+  return joinDate(fields) + fields.hour / 24.0 + fields.minute / 1440.0 + fields.second / 86400.0 +
+         static_cast<double>(fields.milliseconds) / 86400000.0;
+}
+
+/// As weekTimeOf(joinDayNumber(fields)), in whole numbers where the day number is near enough to
+/// the milliseconds that the fields tell: off by less than 0.2 ms up to 2^22 days.
+inline WeekTimeC joinWeekTime(JoinedFieldsC const& fields) {
+  constexpr std::int32_t LIMIT = 1 << 22;
+  constexpr std::int64_t WEEK = MS_PER_WEEK;
+  std::int32_t const days = joinDate(fields);
+  if (days <= -LIMIT || days >= LIMIT - 20) {
+    return weekTimeOf(joinDayNumber(fields));
+  }
+  std::int32_t const msOfDay = fields.hour * 3600000 + fields.minute * 60000 +
+                               fields.second * 1000 +
+                               static_cast<std::int32_t>(fields.milliseconds);
+  std::int64_t const ms = std::int64_t{days - GPS_EPOCH_MJD} * MS_PER_DAY + msOfDay;
+  std::int64_t const weeks = ms / WEEK - (ms % WEEK < 0 ? 1 : 0);
+  return {static_cast<std::uint16_t>(weeks), static_cast<std::uint32_t>(ms - weeks * WEEK)};
 }
 
 }  // namespace KTX::TIM

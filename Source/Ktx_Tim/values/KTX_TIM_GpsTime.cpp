@@ -4,6 +4,8 @@
 
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
+#include "values/KTX_TIM_CalendarFields.h"
+#include "values/KTX_TIM_CalendarSplit.h"
 #include "values/KTX_TIM_DayNumber.h"
 #include "values/KTX_TIM_TextBuffer.h"
 #include "values/KTX_TIM_WeekText.h"
@@ -19,7 +21,10 @@ GpsTimeC::GpsTimeC(GpsTimeC const& other) = default;
 GpsTimeC::GpsTimeC(MjdTimeC const& time)
     : GpsC(gpsTimeOf(time.getDayNumber())), timeBase(time.getTimeBase()) {}
 
-GpsTimeC::GpsTimeC(YmdhmsC const& time) : GpsTimeC(MjdTimeC(time)) {}
+GpsTimeC::GpsTimeC(YmdhmsC const& time) : timeBase(time.timeBase) {
+  WeekTimeC const joined = joinWeekTime(fieldsOf(time));
+  setRaw(joined.week, joined.msOfWeek);
+}
 
 GpsTimeC::~GpsTimeC() = default;
 

@@ -7,6 +7,7 @@
 #include "KTX/TIM/KTX_TIM_TimeZone.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
 #include "support/KTX_TIM_Numeric.h"
+#include "values/KTX_TIM_CalendarFields.h"
 #include "values/KTX_TIM_CalendarSplit.h"
 #include "values/KTX_TIM_DayNumber.h"
 
@@ -53,14 +54,7 @@ MjdTimeC::MjdTimeC(GpsTimeC const& time)
     : dayNumber(dayNumberOf(time)), timeBase(time.getTimeBase()) {}
 
 MjdTimeC::MjdTimeC(YmdhmsC const& time)
-    : dayNumber(joinDayNumber(time.year,
-                              time.month,
-                              time.day,
-                              time.hour,
-                              time.minute,
-                              time.second,
-                              time.effectiveMilliseconds())),
-      timeBase(time.timeBase) {}
+    : dayNumber(joinDayNumber(fieldsOf(time))), timeBase(time.timeBase) {}
 
 MjdTimeC::MjdTimeC(std::uint16_t fatTime, std::uint16_t fatDate)
     : MjdTimeC(YmdhmsC(fatTime, fatDate)) {}
@@ -68,7 +62,7 @@ MjdTimeC::MjdTimeC(std::uint16_t fatTime, std::uint16_t fatDate)
 std::int32_t MjdTimeC::dayOfYear() const {
   // The split to hundredths carries the last 5 ms of a year into the next one; this is meant.
   CalendarFieldsC const fields = splitDayNumber(dayNumber, 0);
-  double const yearStart = joinDayNumber(fields.year, 1, 1, 0, 0, 0, 0);
+  double const yearStart = joinDayNumber({fields.year, 1, 1, 0, 0, 0, 0});
   constexpr std::int64_t LOWEST = std::numeric_limits<std::int32_t>::min();
   constexpr std::int64_t HIGHEST = std::numeric_limits<std::int32_t>::max();
   std::int64_t const days = truncToInt64(dayNumber - yearStart + 1.0);

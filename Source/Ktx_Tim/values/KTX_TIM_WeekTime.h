@@ -51,25 +51,41 @@ inline double dayNumberOf(WeekTimeC time) {
   return wholeDays + time.msOfWeek / 1000.0 / 86400.0;
 }
 
+/// Truncation is not the floor below zero, as for days before the epoch.
+inline std::int64_t floorToInt64(double value) {
+  std::int64_t const truncated = truncToInt64(value);
+  bool const isLowest = truncated == std::numeric_limits<std::int64_t>::min();
+  return static_cast<double>(truncated) > value && !isLowest ? truncated - 1 : truncated;
+}
+
+/// Whole weeks in d days, truncated toward zero.
+inline std::int64_t wholeWeeks(double d) {
+  constexpr double LIMIT = 1e9;
+  if (d > -LIMIT && d < LIMIT) {
+    // Where d / 7.0 rounds up to a week that is not quite full, this is one less; the milliseconds
+    // then round up to the same instant.
+    return static_cast<std::int32_t>(d) / 7;
+  }
+  return truncToInt64(d / 7.0);
+}
+
 /// The week and milliseconds nearest a Modified Julian Date; the week is cut to 16 bits.
 inline WeekTimeC weekTimeOf(double dayNumber) {
   constexpr std::int64_t WEEK = MS_PER_WEEK;
   double const d = dayNumber - GPS_EPOCH_MJD;
-  std::int64_t const weeks = truncToInt64(d / 7.0);
-  double const rounded = (d - static_cast<double>(weeks) * 7.0) * 86400.0 * 1000.0 + 0.5;
-  std::int64_t const truncated = truncToInt64(rounded);
-  std::int64_t carry = truncated / WEEK;
-  std::int64_t ms = truncated % WEEK;
-  // Truncation is not the floor below zero, as for days before the epoch.
-  if (static_cast<double>(truncated) > rounded) {
-    --ms;
+  std::int64_t const weeks = wholeWeeks(d);
+  double const exactMs = (d - static_cast<double>(weeks) * 7.0) * 86400.0 * 1000.0;
+  std::int64_t ms = floorToInt64(exactMs + 0.5);
+  auto week = static_cast<std::uint64_t>(weeks);
+  // Days before the epoch give negative milliseconds, and rounding up may give a whole week.
+  if (ms < 0 || ms >= WEEK) {
+    week += static_cast<std::uint64_t>(ms / WEEK);
+    ms %= WEEK;
+    if (ms < 0) {
+      ms += WEEK;
+      --week;
+    }
   }
-  if (ms < 0) {
-    ms += WEEK;
-    --carry;
-  }
-  // Rounding up may give a whole week.
-  auto const week = static_cast<std::uint64_t>(weeks) + static_cast<std::uint64_t>(carry);
   return {static_cast<std::uint16_t>(week), static_cast<std::uint32_t>(ms)};
 }
 

@@ -3,6 +3,7 @@
 #include "KTX/TIM/KTX_TIM_GpsTime.h"
 #include "KTX/TIM/KTX_TIM_LogAssert.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "values/KTX_TIM_CalendarFields.h"
 #include "values/KTX_TIM_CalendarSplit.h"
 
 namespace KTX::TIM {
@@ -28,9 +29,13 @@ YmdhmsC::YmdhmsC(ZeroTag /*tag*/, TimeBaseE base, std::uint32_t keptPrecision)
       precision(keptPrecision),
       timeBase(base) {}
 
-YmdhmsC::YmdhmsC(GpsTimeC const& time) : YmdhmsC(MjdTimeC(time)) {}
+YmdhmsC::YmdhmsC(GpsTimeC const& time) : YmdhmsC(ZeroTag{}, time.getTimeBase(), 0) {
+  setFields(*this, splitWeekTime({time.getWeek(), time.getMsOfWeek()}, precision));
+}
 
-YmdhmsC::YmdhmsC(GPSTimeC const& time) : YmdhmsC(MjdTimeC(time)) {}
+YmdhmsC::YmdhmsC(GPSTimeC const& time) : YmdhmsC(ZeroTag{}, TIMEBASE_GPS, 0) {
+  setFields(*this, splitWeekTime({time.getWeek(), time.getMsOfWeek()}, precision));
+}
 
 YmdhmsC::YmdhmsC(MjdTimeC const& time, std::uint32_t keptPrecision)
     : YmdhmsC(ZeroTag{}, time.getTimeBase(), keptPrecision) {
@@ -56,16 +61,7 @@ YmdhmsC YmdhmsC::zero(TimeBaseE timeBase, std::uint32_t precision) {
 }
 
 void YmdhmsC::setFrom(MjdTimeC const& time) {
-  CalendarFieldsC const fields = splitDayNumber(time.getDayNumber(), precision);
-  year = fields.year;
-  month = fields.month;
-  day = fields.day;
-  hour = fields.hour;
-  minute = fields.minute;
-  second = fields.second;
-  hundredths = static_cast<std::uint8_t>(fields.milliseconds / 10);
-  dayOfWeek = fields.dayOfWeek;
-  milliseconds = fields.milliseconds;
+  setFields(*this, splitDayNumber(time.getDayNumber(), precision));
   timeBase = time.getTimeBase();
 }
 
@@ -151,7 +147,12 @@ std::int64_t YmdhmsC::effectiveMilliseconds() const {
 }
 
 void YmdhmsC::toUtc() {
-  if (timeBase == TIMEBASE_GPS || timeBase == TIMEBASE_LOCAL) {
+  if (timeBase == TIMEBASE_GPS) {
+    GpsTimeC time(*this);
+    time.gpsToUtc();
+    setFields(*this, splitWeekTime({time.getWeek(), time.getMsOfWeek()}, precision));
+    timeBase = TIMEBASE_UTC;
+  } else if (timeBase == TIMEBASE_LOCAL) {
     MjdTimeC time(*this);
     time.toUtc();
     setFrom(time);
@@ -159,7 +160,12 @@ void YmdhmsC::toUtc() {
 }
 
 void YmdhmsC::toGps() {
-  if (timeBase == TIMEBASE_UTC || timeBase == TIMEBASE_LOCAL) {
+  if (timeBase == TIMEBASE_UTC) {
+    GpsTimeC time(*this);
+    time.utcToGps();
+    setFields(*this, splitWeekTime({time.getWeek(), time.getMsOfWeek()}, precision));
+    timeBase = TIMEBASE_GPS;
+  } else if (timeBase == TIMEBASE_LOCAL) {
     MjdTimeC time(*this);
     time.toGps();
     setFrom(time);
