@@ -137,21 +137,33 @@ inline double joinDayNumber(JoinedFieldsC const& fields) {
          static_cast<double>(fields.milliseconds) / 86400000.0;
 }
 
-/// As weekTimeOf(joinDayNumber(fields)), in whole numbers where the day number is near enough to
-/// the milliseconds that the fields tell: off by less than 0.2 ms up to 2^22 days.
+/// As weekTimeOf(joinDayNumber(fields)). For the years of use in whole numbers: the day number is
+/// off by less than 0.2 ms, and rounds to the milliseconds that the fields tell.
 inline WeekTimeC joinWeekTime(JoinedFieldsC const& fields) {
-  constexpr std::int32_t LIMIT = 1 << 22;
-  constexpr std::int64_t WEEK = MS_PER_WEEK;
-  std::int32_t const days = joinDate(fields);
-  if (days <= -LIMIT || days >= LIMIT - 20) {
+  if (fields.year <= 1980 || fields.year > 9999) {
     return weekTimeOf(joinDayNumber(fields));
   }
-  std::int32_t const msOfDay = fields.hour * 3600000 + fields.minute * 60000 +
-                               fields.second * 1000 +
-                               static_cast<std::int32_t>(fields.milliseconds);
-  std::int64_t const ms = std::int64_t{days - GPS_EPOCH_MJD} * MS_PER_DAY + msOfDay;
-  std::int64_t const weeks = ms / WEEK - (ms % WEEK < 0 ? 1 : 0);
-  return {static_cast<std::uint16_t>(weeks), static_cast<std::uint32_t>(ms - weeks * WEEK)};
+  // The sum of joinDate(), without a sign and from the GPS epoch.
+  constexpr std::uint32_t EPOCH = 679006 - 2 + GPS_EPOCH_MJD;
+  std::uint32_t const isBeforeMarch = fields.month < 3 ? 1 : 0;
+  std::uint32_t const y = fields.year - isBeforeMarch;
+  std::uint32_t const m = fields.month + 1 + 12 * isBeforeMarch;
+  std::uint32_t const century = y / 100;
+  std::uint32_t const days =
+      y * 1461 / 4 - century + century / 4 + m * 306001 / 10000 + fields.day - EPOCH;
+  std::uint32_t week = days / 7;
+  std::int32_t ms = static_cast<std::int32_t>(days % 7 * MS_PER_DAY) + fields.hour * 3600000 +
+                    fields.minute * 60000 + fields.second * 1000 +
+                    static_cast<std::int32_t>(fields.milliseconds);
+  constexpr std::int32_t WEEK = MS_PER_WEEK;
+  if (ms < 0) {
+    ms += WEEK;
+    --week;
+  } else if (ms >= WEEK) {
+    week += static_cast<std::uint32_t>(ms / WEEK);
+    ms %= WEEK;
+  }
+  return {static_cast<std::uint16_t>(week), static_cast<std::uint32_t>(ms)};
 }
 
 }  // namespace KTX::TIM

@@ -22,26 +22,29 @@ inline std::uint64_t magnitudeOf(std::int64_t value) {
 
 /// Adds milliseconds; the week wraps at 16 bits.
 inline WeekTimeC added(WeekTimeC time, std::uint64_t milliseconds) {
-  std::uint64_t weeks = milliseconds / MS_PER_WEEK;
-  time.msOfWeek += static_cast<std::uint32_t>(milliseconds % MS_PER_WEEK);
+  if (milliseconds >= MS_PER_WEEK) {
+    time.week = static_cast<std::uint16_t>(time.week + milliseconds / MS_PER_WEEK);
+    milliseconds %= MS_PER_WEEK;
+  }
+  time.msOfWeek += static_cast<std::uint32_t>(milliseconds);
   if (time.msOfWeek >= MS_PER_WEEK) {
     time.msOfWeek -= MS_PER_WEEK;
-    ++weeks;
+    ++time.week;
   }
-  time.week = static_cast<std::uint16_t>(time.week + weeks);
   return time;
 }
 
 /// Takes off milliseconds; the week wraps at 16 bits.
 inline WeekTimeC taken(WeekTimeC time, std::uint64_t milliseconds) {
-  std::uint64_t weeks = milliseconds / MS_PER_WEEK;
-  auto const rest = static_cast<std::uint32_t>(milliseconds % MS_PER_WEEK);
-  if (time.msOfWeek < rest) {
-    time.msOfWeek += MS_PER_WEEK;
-    ++weeks;
+  if (milliseconds >= MS_PER_WEEK) {
+    time.week = static_cast<std::uint16_t>(time.week - milliseconds / MS_PER_WEEK);
+    milliseconds %= MS_PER_WEEK;
   }
-  time.msOfWeek -= rest;
-  time.week = static_cast<std::uint16_t>(time.week - weeks);
+  if (time.msOfWeek < milliseconds) {
+    time.msOfWeek += MS_PER_WEEK;
+    --time.week;
+  }
+  time.msOfWeek -= static_cast<std::uint32_t>(milliseconds);
   return time;
 }
 
