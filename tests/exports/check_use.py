@@ -9,18 +9,16 @@ import sys
 from pathlib import Path
 
 
-def exported_functions(path):
-    """Ordinal and symbol of every function line; a deleting destructor is reached through its vtable only."""
-    lines = re.findall(r"^\s+(\S+)\s+@(\d+)\s+NONAME$", Path(path).read_text(encoding="ascii"), re.M)
-    return {int(ordinal): symbol for symbol, ordinal in lines if not re.search(r"D0Ev$", symbol)}
-
-
-def private_members(symbols):
-    """Members that only the library itself calls, by the names the classes give them."""
-    return {symbol for symbol in symbols if re.search(PRIVATE, symbol)}
-
-
+# Members that only the library itself calls, by the names the classes give them.
 PRIVATE = r"ZeroTag|readClock|19currentTimeZoneName|19emitTimeZoneChanged|8heldName|8holdName|14holdNameIfNone|12takeHeldName"
+# The forms of a constructor or destructor that serve a derived class and delete through a vtable.
+OTHER_FORMS = r"(C2E|D2E|D0E)"
+
+
+def exported_functions(path):
+    """Symbol by ordinal, for every function that a program can call by itself."""
+    lines = re.findall(r"^\s+(\S+)\s+@(\d+)\s+NONAME$", Path(path).read_text(encoding="ascii"), re.M)
+    return {int(ordinal): symbol for symbol, ordinal in lines if not re.search(f"{PRIVATE}|{OTHER_FORMS}", symbol)}
 
 
 def main():
@@ -29,9 +27,7 @@ def main():
     block = text.split("DLL Name: VorTime.dll", 1)[1].split("\n\n")[0]
     imported = {int(entry, 16) & 0xFFFF for entry in re.findall(r"^\t([0-9a-f]{16})\s", block, re.M) if int(entry, 16) >> 63}
     functions = exported_functions(deffile)
-    private = private_members(functions.values())
-    unused = sorted(symbol for ordinal, symbol in functions.items() if ordinal not in imported and symbol not in private)
-    # A constructor that no class can inherit from outside, and a destructor that only its own class ends with.
+    unused = sorted(symbol for ordinal, symbol in functions.items() if ordinal not in imported)
     print("\n".join(f"not used: {symbol}" for symbol in unused) or f"{len(functions)} functions used from outside")
     return 1 if unused else 0
 
