@@ -57,6 +57,16 @@ class LeapSecondFaults : public ::testing::Test {
     other.join();
   }
 
+  /// On Windows the C++ runtime is a module of its own, whose memory this program gives back
+  /// without having seen it taken.
+  static void expectNoLeak(std::ptrdiff_t balance) {
+#if defined(_WIN32)
+    EXPECT_LE(balance, 0);
+#else
+    EXPECT_EQ(0, balance);
+#endif
+  }
+
   /// What operation leaves behind when nothing fails; it runs once before, so that what is made
   /// on first use is there.
   WorldC worldAfter(std::function<void()> const& operation) {
@@ -83,7 +93,7 @@ class LeapSecondFaults : public ::testing::Test {
         EXPECT_TRUE(world() == after);
         return failing - 1;
       }
-      EXPECT_EQ(0, watch.balance()) << "failing allocation " << failing;
+      expectNoLeak(watch.balance());
       expectLocksFree();
       WorldC const now = world();
       EXPECT_TRUE(now == before || now == after) << "failing allocation " << failing;

@@ -76,7 +76,7 @@ TEST(RecursiveMutex, KeepsOthersOutUntilTheLastUnlock) {
 // The second thread destroys the lock as soon as it has had it, while the first may still be on its
 // way out of unlock(). The address sanitizer sees a step too far.
 TEST(RecursiveMutex, MayBeDestroyedByTheNextThreadThatHadIt) {
-  for (int i = 0; i < 3000; ++i) {
+  for (int i = 0; i < 500; ++i) {
     auto mutex = std::make_unique<RecursiveMutexC>();
     RecursiveMutexC* const shared = mutex.get();
     std::atomic<bool> isHeld{false};
