@@ -43,7 +43,9 @@ class PiecesC {
   std::u16string takeText() {
     std::vector<std::uint8_t> const piece = take();
     std::u16string text(piece.size() / sizeof(char16_t), u'\0');
-    std::memcpy(text.data(), piece.data(), text.size() * sizeof(char16_t));
+    if (!text.empty()) {
+      std::memcpy(text.data(), piece.data(), text.size() * sizeof(char16_t));
+    }
     return text;
   }
 
@@ -112,7 +114,9 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   TEST::PiecesC pieces(data, size);
   TimeZoneInformationC system{};
   std::vector<std::uint8_t> const bytes = pieces.take();
-  std::memcpy(&system, bytes.data(), std::min(bytes.size(), sizeof(system)));
+  if (!bytes.empty()) {
+    std::memcpy(&system, bytes.data(), std::min(bytes.size(), sizeof(system)));
+  }
   registry.calls.setZone(std::uint32_t{pieces.takeByte()} % 4, system);
   TEST::layDown(registry, pieces);
   TimeZoneWindowsC zone;
