@@ -172,8 +172,10 @@ WeekC weekOf(std::int64_t ms) {
   return {static_cast<std::uint16_t>(ms / 604800000), static_cast<std::uint32_t>(ms % 604800000)};
 }
 
+YmdhmsC const BLANK = YmdhmsC::zero(TIMEBASE_UTC, 1);
+
 WeekC toGpsVorTime(FieldsC const& input) {
-  YmdhmsC utc = YmdhmsC::zero(TIMEBASE_UTC, 1);
+  YmdhmsC utc = BLANK;
   utc.year = static_cast<std::uint16_t>(input.year);
   utc.month = static_cast<std::uint8_t>(input.month);
   utc.day = static_cast<std::uint8_t>(input.day);

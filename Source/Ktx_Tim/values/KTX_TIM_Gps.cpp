@@ -3,6 +3,7 @@
 #include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_LogAssert.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
+#include "values/KTX_TIM_WeekTime.h"
 
 namespace KTX::TIM {
 namespace {
@@ -14,6 +15,10 @@ struct LeapSecondAnswerC {
   UtcLeapSecondRecord record;
   GpsC effectivity;
 };
+
+WeekTimeC plain(GPSTimeC const& time) {
+  return {time.getWeek(), time.getMsOfWeek()};
+}
 
 bool queryLeapSecond(LeapSecondProviderI* provider, GpsC const& time, LeapSecondAnswerC& answer) {
   if (provider->getLeapSecond(time, answer.record, &answer.effectivity) != 0) {
@@ -76,11 +81,11 @@ void GpsC::gpsToUtc() {
     addSeconds(-current);
     return;
   }
-  GpsC& threshold = answer.effectivity;
+  WeekTimeC threshold = plain(answer.effectivity);
   if (current < future) {
-    threshold.addSeconds(-(future - current));
+    threshold = shifted(threshold, -(future - current));
   }
-  addSeconds(*this < threshold ? -current : -future);
+  addSeconds(isBefore(plain(*this), threshold) ? -current : -future);
 }
 
 void GpsC::utcToGps() {
@@ -98,10 +103,10 @@ void GpsC::utcToGps() {
     addSeconds(current);
     return;
   }
-  GpsC threshold(answer.effectivity);
-  threshold.addSeconds(-future);
-  if (*this >= threshold) {
-    addSeconds(future);
+  WeekTimeC const time = plain(*this);
+  if (!isBefore(time, shifted(plain(answer.effectivity), -future))) {
+    WeekTimeC const gps = shifted(time, future);
+    setRaw(gps.week, gps.msOfWeek);
     return;
   }
   if (current != future) {

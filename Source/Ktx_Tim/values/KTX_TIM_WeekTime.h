@@ -48,6 +48,16 @@ inline WeekTimeC taken(WeekTimeC time, std::uint64_t milliseconds) {
   return time;
 }
 
+/// Moves by seconds of either sign; the week wraps at 16 bits.
+inline WeekTimeC shifted(WeekTimeC time, std::int32_t seconds) {
+  std::uint64_t const milliseconds = magnitudeOf(seconds) * 1000;
+  return seconds < 0 ? taken(time, milliseconds) : added(time, milliseconds);
+}
+
+inline bool isBefore(WeekTimeC a, WeekTimeC b) {
+  return a.week != b.week ? a.week < b.week : a.msOfWeek < b.msOfWeek;
+}
+
 /// The Modified Julian Date, unrounded.
 inline double dayNumberOf(WeekTimeC time) {
   double const wholeDays = GPS_EPOCH_MJD + time.week * 7;
