@@ -7,7 +7,7 @@ packages="
   libboost1.81-dev libboost-thread1.81-dev libboost-chrono1.81-dev libboost-date-time1.81-dev libboost-filesystem1.81-dev
   googletest g++-mingw-w64-x86-64-posix wine wine64
   clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 gcovr
-  libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev libgps-dev gpsd gpsd-clients gpsd-tools python3-gps tzdata
+  libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev libgps-dev gpsd gpsd-clients python3-gps tzdata
   libhowardhinnant-date-dev libabsl-dev liberfa-dev libicu-dev libbenchmark-dev
   doxygen gnuplot-nox"
 if [ "${1:-}" = --list ]; then

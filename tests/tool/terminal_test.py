@@ -1,0 +1,297 @@
+#!/usr/bin/env python3
+"""Uses the tool at a terminal and with outputs that fail."""
+import ctypes
+import errno
+import fcntl
+import os
+import pathlib
+import pty
+import select
+import signal
+import socket
+import struct
+import subprocess
+import tempfile
+import termios
+import threading
+import time
+import unittest
+
+import tool_runner
+from tool_runner import COMMAND, SAMPLES, json_lines, run
+
+CAP_SYS_TIME = 25
+PR_CAPBSET_DROP = 24
+NO_NEW_TIME = 20  # seconds that a terminal test waits for a text at most
+
+
+def give_up_the_clock():
+    """The machine's clock is safe: neither this process nor a program it starts may set it."""
+    ctypes.CDLL(None).prctl(PR_CAPBSET_DROP, CAP_SYS_TIME, 0, 0, 0)
+
+
+class TerminalC:
+    """A program whose standard error, and standard output too unless it is given, are a terminal."""
+
+    def __init__(self, *arguments, stdout=None, stdin=subprocess.DEVNULL):
+        self.master, slave = pty.openpty()
+        self.process = subprocess.Popen(COMMAND + [str(a) for a in arguments], stdin=stdin, stderr=slave,
+                                        stdout=slave if stdout is None else stdout, preexec_fn=give_up_the_clock)
+        os.close(slave)
+        self.text = ""
+
+    def read(self, until=None):
+        """Reads to the end, or until the text has come."""
+        deadline = time.monotonic() + NO_NEW_TIME
+        while until is None or until not in self.text:
+            if not select.select([self.master], [], [], max(0, deadline - time.monotonic()))[0]:
+                raise AssertionError(f"no {until!r} in {self.text!r}")
+            try:
+                data = os.read(self.master, 65536)
+            except OSError as error:
+                if error.errno != errno.EIO:
+                    raise
+                data = b""
+            if not data:
+                break
+            self.text += data.decode()
+        return self.text
+
+    def finish(self):
+        self.read()
+        os.close(self.master)
+        return self.process.wait(NO_NEW_TIME)
+
+
+class Progress(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory(dir=os.getcwd())
+        cls.log = pathlib.Path(cls.folder.name, "long.log")
+        sentences = (SAMPLES / "nl2008u.log").read_bytes()
+        cls.log.write_bytes(sentences * (6_000_000 // len(sentences)))
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.folder.cleanup()
+
+    def test_bar_for_a_long_log_at_a_terminal(self):
+        terminal = TerminalC("replay", "--json", self.log, stdout=subprocess.DEVNULL)
+        self.assertEqual(0, terminal.finish())
+        self.assertIn("[####", terminal.text)
+        self.assertIn("100% ", terminal.text)
+        self.assertTrue(terminal.text.endswith(" \r"), repr(terminal.text[-60:]))
+
+    def test_no_bar_for_a_short_log_or_without_a_terminal(self):
+        terminal = TerminalC("replay", "--json", SAMPLES / "isync.log", stdout=subprocess.DEVNULL)
+        self.assertEqual((0, ""), (terminal.finish(), terminal.text))
+        self.assertEqual("", run("replay", "-q", self.log).stderr)
+
+    def test_bar_can_be_asked_for_and_forbidden(self):
+        terminal = TerminalC("replay", "--json", "--no-progress", self.log, stdout=subprocess.DEVNULL)
+        self.assertEqual((0, ""), (terminal.finish(), terminal.text))
+        self.assertIn("100%", run("replay", "-q", "--progress", SAMPLES / "isync.log").stderr)
+
+    def test_a_pipe_that_closes_ends_the_run_without_a_word(self):
+        with subprocess.Popen(COMMAND + ["replay", str(self.log)], stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
+            process.stdout.read(100)
+            process.stdout.close()
+            self.assertEqual(4, process.wait(NO_NEW_TIME))
+            self.assertEqual(b"", process.stderr.read())
+
+
+class Interrupted(unittest.TestCase):
+    def test_replay_ends_with_its_summary(self):
+        reader, writer = os.pipe()
+        terminal = TerminalC("replay", "-", stdin=reader)
+        os.close(reader)
+        os.write(writer, (SAMPLES / "isync.log").read_bytes())
+        wait_until_read(writer)
+        terminal.process.send_signal(signal.SIGINT)
+        self.assertEqual(130, terminal.finish())
+        os.close(writer)
+        self.assertIn("Summary (interrupted)", terminal.text)
+        self.assertIn("observations   23 used", terminal.text)
+
+    def test_watch_ends_with_its_summary(self):
+        for number in (signal.SIGINT, signal.SIGTERM):
+            with self.subTest(number=number):
+                master, slave = pty.openpty()
+                terminal = TerminalC("watch", os.ttyname(slave))
+                terminal.read(until="change/ms")
+                os.write(master, b"$GPZDA,131519.00,03,02,2016,00,00*6C\r\n")
+                terminal.read(until="2016-02-03T13:15:19.000Z")
+                terminal.process.send_signal(number)
+                self.assertEqual(0, terminal.finish())
+                self.assertIn("Summary (interrupted)", terminal.text)
+                self.assertIn("observations   1 used", terminal.text)
+                os.close(master)
+                os.close(slave)
+
+
+def wait_until_read(writer):
+    """Waits until nothing is left in the pipe."""
+    deadline = time.monotonic() + NO_NEW_TIME
+    while struct.unpack("i", fcntl.ioctl(writer, termios.FIONREAD, b"\0" * 4))[0]:
+        if time.monotonic() > deadline:
+            raise AssertionError("the pipe is not read")
+        time.sleep(0.01)
+
+
+class Failures(unittest.TestCase):
+    def test_full_disk_for_the_trace(self):
+        result = run("replay", "-q", "--trace", "/dev/full", SAMPLES / "isync.log")
+        self.assertEqual(4, result.returncode)
+        self.assertIn("Summary", result.stdout)
+        self.assertEqual("vortime: cannot write /dev/full: No space left on device\n", result.stderr)
+
+    def test_full_disk_for_the_results(self):
+        for arguments in (("replay", SAMPLES / "isync.log"), ("convert", "1930:0"), ("now",), ("zone", "list"), ("--help",)):
+            with self.subTest(arguments=arguments), open("/dev/full", "wb") as full:
+                process = subprocess.run(COMMAND + [str(a) for a in arguments], stdout=full, stderr=subprocess.PIPE)
+                self.assertEqual(4, process.returncode)
+
+    def test_no_permission(self):
+        with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
+            log = pathlib.Path(folder, "secret.log")
+            log.write_bytes(b"$GPZDA\n")
+            log.chmod(0)
+            os.chmod(folder, 0o555)
+
+            def become_nobody():
+                if os.getuid() == 0:
+                    os.setgid(65534)
+                    os.setuid(65534)
+            try:
+                result = run("replay", log, preexec_fn=become_nobody, cwd="/")
+                if "error while loading" in result.stderr or result.returncode in (126, 127):
+                    self.skipTest("another user cannot start the tool here")
+                self.assertEqual(3, result.returncode)
+                self.assertIn("Permission denied", result.stderr)
+                result = run("replay", "-q", "--trace", pathlib.Path(folder, "trace"), SAMPLES / "isync.log",
+                             preexec_fn=become_nobody, cwd="/")
+                self.assertEqual(4 if "cannot write" in result.stderr else 3, result.returncode)
+                self.assertIn("Permission denied", result.stderr)
+            except PermissionError:
+                self.skipTest("another user cannot start the tool here")
+            finally:
+                os.chmod(folder, 0o755)
+
+    def test_gnuplot_missing(self):
+        with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
+            os.symlink("/bin/sh", pathlib.Path(folder, "sh"))
+            result = run("replay", "-q", "--plot", pathlib.Path(folder, "p"), SAMPLES / "isync.log",
+                         env=dict(os.environ, PATH=folder))
+            self.assertEqual(5, result.returncode)
+            self.assertIn("is it installed?", result.stderr)
+            self.assertTrue(pathlib.Path(folder, "p.tsv").is_file())
+
+    def test_what_the_library_prints_does_not_get_into_the_results(self):
+        """More than a day without a correction: the library warns on standard output at each look."""
+        log = "".join(sentence(f"GPZDA,000000,{day:02},02,2024,00,00") for day in range(1, 5))
+        result = run("replay", "--json", "-", input=log)
+        self.assertEqual(["observation"] * 4 + ["summary"], [o["type"] for o in json_lines(result.stdout)])
+        self.assertIn("Hoops wrong correction!", result.stderr)
+
+
+def sentence(body):
+    checksum = 0
+    for c in body:
+        checksum ^= ord(c)
+    return f"${body}*{checksum:02X}\r\n"
+
+
+class SetClock(unittest.TestCase):
+    def test_a_refusal_is_told(self):
+        for options in ((), ("--json",)):
+            with self.subTest(options=options):
+                result = run("watch", "--set-clock", "-q", *options, "-", input=(SAMPLES / "isync.log").read_text(),
+                             preexec_fn=give_up_the_clock)
+                self.assertEqual(0, result.returncode)
+                self.assertIn('"clock_set":false' if options else "clock kept   2016-02-03T13:15:", result.stdout)
+                if not options:
+                    self.assertIn("the right to set the time", result.stdout)
+
+    def test_without_the_option_the_clock_is_left_alone(self):
+        result = run("watch", "-q", "-", input=(SAMPLES / "isync.log").read_text(), preexec_fn=give_up_the_clock)
+        self.assertIn("correction", result.stdout)
+        self.assertNotIn("clock", result.stdout)
+
+
+class Plot(unittest.TestCase):
+    def test_pictures_and_table(self):
+        with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
+            base = pathlib.Path(folder, "it's a plot")
+            result = run("replay", "-q", "--plot", base, "--pc-offset", "300", SAMPLES / "telit-he910.log")
+            self.assertEqual((0, ""), (result.returncode, result.stderr))
+            self.assertIn(f"plot             {base}.png", result.stdout)
+            self.assertEqual(b"\x89PNG", pathlib.Path(f"{base}.png").read_bytes()[:4])
+            self.assertIn("<svg", pathlib.Path(f"{base}.svg").read_text())
+            rows = pathlib.Path(f"{base}.tsv").read_text().splitlines()
+            self.assertEqual(188, len(rows))
+            self.assertEqual(6, len(rows[1].split("\t")))
+
+    def test_one_picture_by_its_ending(self):
+        with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
+            run("replay", "-q", "--plot", pathlib.Path(folder, "a.svg"), SAMPLES / "isync.log")
+            self.assertEqual(["a.svg", "a.tsv"], sorted(os.listdir(folder)))
+
+
+class Gpsd(unittest.TestCase):
+    """A real gpsd on loopback, fed with a log by gpsfake."""
+
+    def test_watch_a_daemon(self):
+        with socket_port() as port, open(os.devnull, "wb") as null:
+            daemon = subprocess.Popen(["gpsfake", "-1", "-q", "-u", "-c", "0.05", "-P", str(port),
+                                       str(SAMPLES / "ublox-zed-f9p-hp.log")], stdout=null, stderr=null,
+                                      start_new_session=True)
+            try:
+                objects = self.watch(port)
+            finally:
+                os.killpg(daemon.pid, signal.SIGKILL)
+                daemon.wait()
+        times = [o["utc"] for o in objects if o["type"] == "observation"]
+        self.assertTrue(all("2019-04-22T21:19:20.000Z" <= t <= "2019-04-22T21:19:48.000Z" for t in times), times)
+        self.assertEqual((18, True), (objects[-1]["leap_seconds"], objects[-1]["interrupted"]))
+
+    def watch(self, port):
+        """What the tool says until the fifth observation and then Ctrl-C."""
+        deadline = time.monotonic() + NO_NEW_TIME
+        while time.monotonic() < deadline:
+            process = subprocess.Popen(COMMAND + ["watch", "--json", f"gpsd://localhost:{port}"], text=True,
+                                       stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, preexec_fn=give_up_the_clock)
+            timer = threading.Timer(NO_NEW_TIME, process.kill)
+            timer.start()
+            lines = []
+            for line in process.stdout:
+                lines.append(line)
+                if sum('"observation"' in seen for seen in lines) == 5:
+                    process.send_signal(signal.SIGINT)
+            process.stdout.close()
+            timer.cancel()
+            if process.wait() == 0:
+                return json_lines("".join(lines))
+            time.sleep(0.1)
+        self.fail("the daemon does not come up")
+
+    def test_nobody_there(self):
+        with socket_port() as port:
+            result = run("watch", f"gpsd://localhost:{port}")
+        self.assertEqual(3, result.returncode)
+        self.assertIn("cannot read gpsd://", result.stderr)
+
+
+class socket_port:
+    """A port of this machine that nobody listens on."""
+
+    def __enter__(self):
+        with socket.socket() as probe:
+            probe.bind(("127.0.0.1", 0))
+            return probe.getsockname()[1]
+
+    def __exit__(self, *_):
+        return False
+
+
+if __name__ == "__main__":
+    tool_runner.main()
