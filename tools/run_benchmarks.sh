@@ -4,7 +4,8 @@
 set -eu
 cd "$(dirname "$0")/.."
 cmake --preset linux-release -DVORTIME_BENCHMARKS=ON
-cmake --build --preset linux-release -j "$(nproc)" --target vortime_benchmarks
+cmake --build --preset linux-release -j "$(nproc)" --target vortime_benchmarks vortime
+benchmarks/tool_speed.sh build/linux-release/bin/vortime
 results=build/linux-release/benchmarks
 for program in "$results"/*_benchmark; do
   "$program" --benchmark_repetitions=7 --benchmark_min_time=0.1 --benchmark_enable_random_interleaving=true \
