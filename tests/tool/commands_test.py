@@ -42,6 +42,19 @@ class CommandLine(unittest.TestCase):
                 self.assertTrue(result.stderr.startswith("vortime: "), result.stderr)
 
 
+class Documents(unittest.TestCase):
+    FOLDER = tool_runner.ROOT / "Source" / "Tools" / "vortime"
+
+    def test_completion_and_manual_know_every_option(self):
+        completion = (self.FOLDER / "vortime.bash").read_text()
+        manual = (self.FOLDER / "vortime.1").read_text().replace("\\-", "-")
+        for command in ("replay", "watch", "now", "convert", "leap", "zone", "zone resolve"):
+            for option in set(re.findall(r"--[a-z][a-z-]*", run(*command.split(), "--help").stdout)):
+                with self.subTest(command=command, option=option):
+                    self.assertIn(option, completion)
+                    self.assertIn(option, manual)
+
+
 class Convert(unittest.TestCase):
     def convert(self, *arguments, **options):
         return run("convert", *arguments, **options).stdout.strip()
