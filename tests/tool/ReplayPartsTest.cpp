@@ -1,0 +1,169 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "KTX/TIM/KTX_TIM_Gps.h"
+#include "output/TextFormat.h"
+#include "readers/Sign.h"
+#include "replay/LeapHistory.h"
+#include "replay/SignDetector.h"
+#include "replay/SimulatedPc.h"
+#include "system/FileName.h"
+
+namespace KTX::VORTIME::TEST {
+namespace {
+
+constexpr std::int64_t DAY_MS = 86400000;
+constexpr std::int64_t ROLLOVER_MS = 1024 * 7 * DAY_MS;
+
+ArrivalC arrivalAt(std::int64_t statedUnixMs, char const* message, bool isFirst = false) {
+  ArrivalC arrival;
+  arrival.statedUnixMs = statedUnixMs;
+  arrival.message = message;
+  arrival.isFirst = isFirst;
+  return arrival;
+}
+
+TEST(SimulatedPc, RunsByTheTimesOfTheReceiver) {
+  struct {
+    std::int64_t stepMs;
+    char const* message;
+    std::int64_t passedMs;
+  } const cases[] = {{0, "ZDA", 0},
+                     {1000, "RMC", 1000},
+                     {SimulatedPcC::MAX_GAP_MS, "RMC", SimulatedPcC::MAX_GAP_MS},
+                     {SimulatedPcC::MAX_GAP_MS + 1, "RMC", 500},
+                     {-2000, "ZDA", 0},
+                     {-2001, "ZDA", 500},
+                     {-1, "RMC", 500}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.stepMs);
+    SimulatedPcC pc{SimulatedPcOptionsC()};
+    pc.arrive(arrivalAt(DAY_MS, "RMC", true));
+    std::int64_t const before = pc.arrive(arrivalAt(DAY_MS + 500, "RMC")).steadyMs;
+    PcReadingC const after = pc.arrive(arrivalAt(DAY_MS + 500 + c.stepMs, c.message));
+    EXPECT_EQ(c.passedMs, after.steadyMs - before);
+    EXPECT_FALSE(after.isCalendarKnown);
+  }
+}
+
+TEST(SimulatedPc, BeginsOffAndDrifts) {
+  SimulatedPcOptionsC options;
+  options.offsetMs = -300;
+  options.driftPpm = 1000;
+  SimulatedPcC pc(options);
+  EXPECT_EQ(DAY_MS - 300, pc.arrive(arrivalAt(DAY_MS, "RMC", true)).systemUnixMs);
+  EXPECT_EQ(DAY_MS - 300 + 10010, pc.arrive(arrivalAt(DAY_MS + 10000, "RMC")).systemUnixMs);
+}
+
+TEST(SimulatedPc, RunsByTheHostWhereItIsKnown) {
+  SimulatedPcC pc{SimulatedPcOptionsC()};
+  ArrivalC arrival = arrivalAt(DAY_MS, "RMC", true);
+  arrival.hasHostTime = true;
+  arrival.hostUnixMs = 5000;
+  PcReadingC const first = pc.arrive(arrival);
+  EXPECT_EQ(5000, first.systemUnixMs);
+  EXPECT_TRUE(first.isCalendarKnown);
+  arrival.isFirst = false;
+  arrival.hostUnixMs = 4999;
+  PcReadingC const back = pc.arrive(arrival);
+  EXPECT_TRUE(back.hasRunBack);
+  EXPECT_EQ(first.steadyMs, back.steadyMs);
+}
+
+TEST(SignDetector, TellsAStepOfMoreThanTwoSeconds) {
+  for (std::int64_t const stepMs : {-2001, -2000, 2000, 2001}) {
+    SCOPED_TRACE(stepMs);
+    SignDetectorC detector;
+    detector.useTime(DAY_MS, 0);
+    bool const isStep =
+        (detector.signsOfTime(DAY_MS + 1000 + stepMs, 1000, false, 0) & SIGN_TIME_STEP) != 0;
+    EXPECT_EQ(stepMs > 2000 || stepMs < -2000, isStep);
+  }
+}
+
+TEST(SignDetector, TellsARolloverAgainstTheHost) {
+  SignDetectorC const detector;
+  std::int64_t const host = 2 * ROLLOVER_MS;
+  EXPECT_EQ(SIGN_NONE, detector.signsOfTime(host, 0, true, host));
+  EXPECT_EQ(SIGN_WEEK_ROLLOVER, detector.signsOfTime(host - ROLLOVER_MS, 0, true, host));
+  EXPECT_EQ(SIGN_WEEK_ROLLOVER,
+            detector.signsOfTime(host - ROLLOVER_MS - 7 * DAY_MS, 0, true, host));
+  EXPECT_EQ(SIGN_NONE, detector.signsOfTime(host - ROLLOVER_MS - 7 * DAY_MS - 1, 0, true, host));
+  EXPECT_EQ(SIGN_NONE, detector.signsOfTime(host - ROLLOVER_MS, 0, false, host));
+}
+
+TEST(SignDetector, TellsLeapSecondsThatEndNoMonth) {
+  LeapStatementC leap;
+  leap.hasCount = true;
+  leap.hasEffectivity = true;
+  leap.current = 18;
+  leap.future = 18;
+  struct {
+    int week, day;
+    std::uint32_t signs;
+  } const cases[] = {{1929, 7, SIGN_NONE},
+                     {1929, 6, SIGN_LEAP_DAY},
+                     {1929 + 256, 7, SIGN_LEAP_DAY | SIGN_LEAP_WEEK},
+                     {137, 7, SIGN_LEAP_DAY | SIGN_LEAP_WEEK},
+                     {1573, 64, SIGN_LEAP_DAY},
+                     {1929, 0, SIGN_LEAP_DAY}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.week * 100 + c.day);
+    leap.week = c.week;
+    leap.day = c.day;
+    EXPECT_EQ(c.signs, SignDetectorC::signsOfLeap(leap, 18));
+    EXPECT_EQ(c.signs | SIGN_LEAP_COUNT, SignDetectorC::signsOfLeap(leap, 17));
+  }
+}
+
+TEST(LeapHistory, ChangesAtTheRightSecondInBothDirections) {
+  LeapHistoryC history;
+  struct {
+    std::uint16_t week;
+    std::uint32_t day;
+    int before;
+  } const cases[] = {{77, 3, 0}, {1512, 4, 14}, {1851, 3, 16}, {1929, 7, 17}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.week);
+    for (int const aroundS : {-1, 0, 20}) {
+      // UTC: so many seconds from the end of the day.
+      TIM::GpsC time(&history);
+      time += TIM::GPSTimeC(c.week, c.day * 86400000U);
+      time.addSeconds(aroundS);
+      TIM::GpsC const utc(time);
+      time.utcToGps();
+      // The library holds one statement: for the last change it is the count after it.
+      int const expected = c.week == 1929 ? 18 : aroundS < 0 ? c.before : c.before + 1;
+      EXPECT_EQ(expected * 1000, differenceMs(time, utc));
+      time.gpsToUtc();
+      EXPECT_EQ(utc, time);
+    }
+  }
+}
+
+TEST(TextFormat, QuotesAnyBytesForJson) {
+  std::string text;
+  appendQuoted(text, "a\"\\\x01\xC3\xA4\xFF\xE2\x82");
+  EXPECT_EQ("\"a\\\"\\\\\\u0001\xC3\xA4\\ufffd\\ufffd\\ufffd\"", text);
+}
+
+TEST(TextFormat, WritesTheExtremesOfIntegers) {
+  std::string text;
+  appendSigned(text, INT64_MIN);
+  text += ' ';
+  appendUnsigned(text, UINT64_MAX);
+  text += ' ';
+  appendUnsigned(text, 7, 3);
+  EXPECT_EQ("-9223372036854775808 18446744073709551615 007", text);
+}
+
+TEST(FileName, GoesToWideCharactersAndBack) {
+  for (std::string const name : {"plain", "\xC3\xA4", "\xE4\xBD\xA0", "\xF0\x9F\x98\x80"}) {
+    EXPECT_EQ(name, narrowText(wideFileName(name)));
+  }
+  EXPECT_EQ("\xEF\xBF\xBD", narrowText(wideFileName("\xFF")));
+}
+
+}  // namespace
+}  // namespace KTX::VORTIME::TEST
