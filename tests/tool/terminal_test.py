@@ -263,9 +263,12 @@ class Gpsd(unittest.TestCase):
             timer = threading.Timer(NO_NEW_TIME, process.kill)
             timer.start()
             lines = []
+            observations = 0
             for line in process.stdout:
                 lines.append(line)
-                if sum('"observation"' in seen for seen in lines) == 5:
+                observations += '"observation"' in line
+                # Once: a second Ctrl-C ends the tool at once, without its summary.
+                if observations == 5 and '"observation"' in line:
                     process.send_signal(signal.SIGINT)
             process.stdout.close()
             timer.cancel()
