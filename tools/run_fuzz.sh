@@ -14,16 +14,16 @@ if [ $# -eq 0 ]; then
 fi
 
 run_target() {
-  local target=$1 seconds=$2 name=${1#fuzz_} work
-  work=build/fuzz/work/$name
-  mkdir -p "$work/corpus"
-  if ! "build/fuzz/bin/$target" -max_total_time="$seconds" -print_final_stats=1 -artifact_prefix="$work/" \
-    "$work/corpus" "fuzz/corpus/$name" > "$work/log" 2>&1; then
-    echo "$target failed; its input and log are in $work"
-    tail -n 40 "$work/log"
+  local target=$1 seconds=$2 name=${1#fuzz_} run
+  run=build/fuzz/runs/$name
+  mkdir -p "$run/corpus"
+  if ! "build/fuzz/bin/$target" -max_total_time="$seconds" -print_final_stats=1 -artifact_prefix="$run/" \
+    "$run/corpus" "fuzz/corpus/$name" > "$run/log" 2>&1; then
+    echo "$target failed; its input and log are in $run"
+    tail -n 40 "$run/log"
     return 1
   fi
-  echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$work/log") inputs, no failure"
+  echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$run/log") inputs, no failure"
 }
 export -f run_target
 export UBSAN_OPTIONS=print_stacktrace=1
