@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 seconds=$1
 shift
 cmake --preset fuzz
-cmake --build --preset fuzz -j "$(nproc)"
+cmake --build --preset fuzz -j "$(nproc)" --target vortime_fuzzers
 if [ $# -eq 0 ]; then
   for program in build/fuzz/bin/fuzz_*; do
     set -- "$@" "$(basename "$program")"

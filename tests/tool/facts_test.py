@@ -352,6 +352,6 @@ class BadData(unittest.TestCase):
 
 if __name__ == "__main__":
     if DATA is None:
-        print("skipped: the folder of receiver data is missing (set VORTIME_DATA)")
+        print("skipped: the folder of receiver data is missing (set VORTIME_SHARED_DATA)")
         sys.exit(tool_runner.SKIPPED)
     tool_runner.main()

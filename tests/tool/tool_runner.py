@@ -2,6 +2,7 @@
 import json
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import unittest
@@ -15,7 +16,7 @@ TIMEOUT = 120
 
 def data_folder():
     """The folder of real receiver data, which is no part of the project; None where it is missing."""
-    folder = pathlib.Path(os.environ.get("VORTIME_DATA", ROOT.parent / "shared" / "data"))
+    folder = pathlib.Path(os.environ.get("VORTIME_SHARED_DATA", ROOT.parent / "shared" / "data"))
     return folder if (folder / "FACTS.tsv").is_file() else None
 
 
@@ -38,7 +39,8 @@ def json_lines(text):
 
 
 def main():
-    COMMAND[:] = [os.path.abspath(a) if os.path.exists(a) else a for a in sys.argv[1:]]
+    # By full path: some tests run it with another PATH.
+    COMMAND[:] = [os.path.abspath(a) if os.path.exists(a) else shutil.which(a) or a for a in sys.argv[1:]]
     if not COMMAND:
         sys.exit("usage: " + sys.argv[0] + " COMMAND...")
     unittest.main(argv=sys.argv[:1], verbosity=1)
