@@ -78,7 +78,11 @@ endfunction()
 # a unit test whose Mutex tells LockOrderC of every lock taken.
 function(vortime_add_lock_order_test name)
   _vortime_add_test_program(${name} ${ARGN})
-  target_sources(${name} PRIVATE $<FILTER:$<TARGET_OBJECTS:vortime_objects>,EXCLUDE,/KTX_TIM_Mutex[.]cpp[.]>)
+  target_sources(${name} PRIVATE
+                 "$<FILTER:$<TARGET_OBJECTS:vortime_objects>,EXCLUDE,/(KTX_TIM_Mutex[.]cpp|unity_[a-z_]*[.]cxx)[.]>")
+  if(TARGET vortime_test_apart)
+    target_sources(${name} PRIVATE $<TARGET_OBJECTS:vortime_test_apart>)
+  endif()
   foreach(_property COMPILE_DEFINITIONS INCLUDE_DIRECTORIES)
     set_property(TARGET ${name} APPEND PROPERTY ${_property} $<TARGET_PROPERTY:vortime_objects,INTERFACE_${_property}>)
   endforeach()
