@@ -105,9 +105,18 @@ class PairC {
                   changes.events.back().current == change->current,
               "another event");
     }
-    if (makeCurrent) {
+    if (makeCurrent && leadsBack(now)) {
       require(msOf(GpsC::currentTime()) == now, "GPS time moved");
     }
+  }
+
+  /// Within the leap second itself, and for an effectivity at the wrap of the 16-bit week, the way
+  /// to UTC and back does not end where it began.
+  static bool leadsBack(std::int64_t gpsMs) {
+    GpsC time(GPSTimeC() + gpsMs);
+    time.gpsToUtc();
+    time.utcToGps();
+    return msOf(time) == gpsMs;
   }
 
   void reset(UtcLeapSecondRecord const* record) {
