@@ -27,8 +27,12 @@ class PresentLockOrder : public ::testing::Test {
 };
 
 TEST_F(PresentLockOrder, TheLibraryLockComesFirstInEveryOperation) {
+  int corrections = 0;
   boost::signals2::scoped_connection const listener =
-      connectTimeCorrected([](int, int, TimeChangeT) { GpsC::currentTime(); });
+      connectTimeCorrected([&corrections](int, int, TimeChangeT) {
+        GpsC::currentTime();
+        ++corrections;
+      });
   GpsC::currentTime();
   YmdhmsC const now;
   now.makeToCurrentTime(10);
@@ -42,6 +46,7 @@ TEST_F(PresentLockOrder, TheLibraryLockComesFirstInEveryOperation) {
   setUtcLeapSecond({LEAPSECOND_FORCED, 17, 17, 1929, 7, true}, true);
   setUtcLeapSecond(withdrawForcedRecord(), true);
   EXPECT_THAT(order.violations(), IsEmpty());
+  EXPECT_GT(corrections, 0);
   EXPECT_GT(order.lockCount(), 10u);
   EXPECT_EQ(0u, LockOrderC::heldLockCount());
 }
