@@ -1,11 +1,16 @@
 #!/usr/bin/env bash
-# run_tests.sh [PRESET...]: configures, builds and tests each preset in turn and stops at the first that fails.
+# run_tests.sh [PRESET...]: configures, builds and tests each preset in turn and stops at the first that fails. Without
+# arguments it takes all, and fuzzes for a minute at the end.
 # Closes with the line "N passed, N failed", summed over all presets, on standard output or, where the variable
 # VORTIME_TEST_SUMMARY names a file, there. A step that fails without a test result counts as one failure.
 set -u
 cd "$(dirname "$0")/.."
 presets=("$@")
-[ ${#presets[@]} -gt 0 ] || presets=(linux-debug linux-clang asan-ubsan tsan windows)
+fuzz_seconds=0
+if [ ${#presets[@]} -eq 0 ]; then
+  presets=(linux-debug linux-clang asan-ubsan tsan windows)
+  fuzz_seconds=10
+fi
 jobs=$(nproc)
 # Another checkout on this machine finds in the compiler cache what this one compiles.
 export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
@@ -66,4 +71,7 @@ for preset in "${presets[@]}"; do
     finish 1
   fi
 done
+if [ "$fuzz_seconds" -gt 0 ]; then
+  required_step "fuzz: $fuzz_seconds s a target" tools/run_fuzz.sh "$fuzz_seconds"
+fi
 finish 0
