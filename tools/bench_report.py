@@ -5,7 +5,8 @@ bench_report.py RESULT.json... --limits benchmarks/limits.tsv --out docs/PERFORM
 
 A benchmark is named BM_<work>/<who>[/...]; who is "vortime" for this library. Medians of the repetitions of one run
 are compared. limits.tsv has the columns work, against, at_most: against is a peer's name, "fastest" for the fastest
-peer, or a unit ("ns", "ms") for an absolute figure; at_most is the ratio or the figure. With --check the exit code is
+peer, another work of this library's, or a unit ("ns", "ms") for an absolute figure; at_most is the ratio or the figure, or
+"report" for a ratio that is only shown. With --check the exit code is
 1 when a row does not hold.
 """
 import argparse
@@ -45,7 +46,7 @@ def read_limits(path):
             fields = line.split("\t")
             if len(fields) != 3:
                 sys.exit(f"{path}:{number}: not 'work<TAB>against<TAB>at_most': {line}")
-            limits.setdefault(fields[0], []).append((fields[1], float(fields[2])))
+            limits.setdefault(fields[0], []).append((fields[1], None if fields[2] == "report" else float(fields[2])))
     return limits
 
 
@@ -57,7 +58,9 @@ def show_time(nanoseconds):
 
 
 def judge(ours, peers, against, at_most):
-    """The measured value, its text and whether it stays at or below at_most."""
+    """A text with the measured value, and whether it stays at or below at_most."""
+    if at_most is None:
+        return f"{ours / peers[against]:.2f} x {against}", True
     if against in NS_PER:
         value = ours / NS_PER[against]
         return f"{value:.3g} {against}, at most {at_most:g} {against}", value <= at_most
@@ -84,7 +87,8 @@ def table(medians, limits):
         peers = {who: time for who, time in times.items() if who != OURS}
         beside = ", ".join(
             f"{who} {show_time(time)}" + (f" (ratio {ours / time:.2f})" if ours else "") for who, time in peers.items())
-        verdicts = [judge(ours, peers, *limit) for limit in limits.get(work, [])] if ours else []
+        compared = {**peers, **{other: row[OURS] for other, row in works.items() if OURS in row and other != work}}
+        verdicts = [judge(ours, compared if limit[1] is None else peers, *limit) for limit in limits.get(work, [])] if ours else []
         broken += [f"{work}: {text}" for text, holds in verdicts if not holds]
         lines.append("| {} | {} | {} | {} | {} |".format(
             work, show_time(ours) if ours else "-", beside or "-", "; ".join(text for text, _ in verdicts) or "reported",
