@@ -10,7 +10,7 @@ namespace {
 // the last step of a first connect(): out of memory there, it would leave its slot connected.
 template <class SignalT>
 boost::shared_ptr<SignalT> makeSignal() {
-  auto const signal = boost::make_shared<SignalT>();
+  auto signal = boost::make_shared<SignalT>();
   signal->connect([](auto&&...) {});
   return signal;
 }

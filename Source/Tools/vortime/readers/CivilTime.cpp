@@ -32,7 +32,8 @@ std::int64_t daysSince1970(std::int32_t year, std::int32_t month, std::int32_t d
 
 std::int64_t nanosecondsSince1970(CivilTimeC const& time) {
   std::int64_t const seconds = daysSince1970(time.year, time.month, time.day) * 86400 +
-                               time.hour * 3600 + time.minute * 60 + time.second;
+                               std::int64_t{time.hour} * 3600 + std::int64_t{time.minute} * 60 +
+                               time.second;
   return seconds * NS_PER_SECOND + time.nanosecond;
 }
 

@@ -35,14 +35,14 @@ std::size_t textLineLength(std::string_view rest, std::size_t longest, bool isLa
 }
 
 std::array<bool, 256> const& beginsSomething() {
-  static std::array<bool, 256> const TABLE = [] {
-    std::array<bool, 256> table{};
+  static std::array<bool, 256> const table = [] {
+    std::array<bool, 256> marks{};
     for (char const c : {'$', '\n', SYNC_1}) {
-      table[static_cast<unsigned char>(c)] = true;
+      marks[static_cast<unsigned char>(c)] = true;
     }
-    return table;
+    return marks;
   }();
-  return TABLE;
+  return table;
 }
 
 std::size_t lengthOfNothing(std::string_view rest) {

@@ -11,7 +11,7 @@ namespace KTX::VORTIME {
 namespace {
 
 constexpr std::int64_t MS_PER_DAY = 86400000;
-constexpr std::int64_t ROLLOVER_MS = 1024 * 7 * MS_PER_DAY;
+constexpr std::int64_t ROLLOVER_MS = std::int64_t{1024} * 7 * MS_PER_DAY;
 constexpr std::int32_t WEEKS_OF_EIGHT_BITS = 256;
 
 // The PC's clock, the time before, and a date given by hand tell ever less exactly.

@@ -74,10 +74,8 @@ class PosixInputC : public LiveInputI {
     if (count > 0) {
       return static_cast<std::size_t>(count);
     }
-    if (count == 0) {
-      atEnd = true;
-    } else if (errno == EIO) {
-      // The other end of a terminal has gone.
+    // EIO: the other end of a terminal has gone.
+    if (count == 0 || errno == EIO) {
       atEnd = true;
     } else if (errno != EINTR && errno != EAGAIN) {
       atEnd = true;
