@@ -61,8 +61,12 @@ required_step "format" tools/check_format.sh
 for preset in "${presets[@]}"; do
   required_step "$preset: configure" cmake --preset "$preset"
   if [ "$preset" = linux-clang ]; then
-    # Only for its warnings, the thread safety analysis among them: the library, no tests.
-    required_step "$preset: build" cmake --build --preset "$preset" -j "$jobs" --target VorTime Logging
+    # For its warnings, the thread safety analysis among them, and for the tests that fix every bit of a result.
+    exact=(test_values test_filter test_observation)
+    required_step "$preset: build" cmake --build --preset "$preset" -j "$jobs" --target VorTime Logging "${exact[@]}"
+    for program in "${exact[@]}"; do
+      required_step "$preset: $program" "build/$preset/bin/$program" --gtest_brief=1
+    done
     continue
   fi
   required_step "$preset: build" cmake --build --preset "$preset" -j "$jobs"

@@ -124,7 +124,8 @@ TEST(GpsTimeValue, FloorsTheDifferenceOfInstantsAtWeekZero) {
     EXPECT_EQ(c.expected, inPlace);
   }
   GPSTimeC self(9, 9);
-  self -= self;
+  GPSTimeC const& same = self;
+  self -= same;
   EXPECT_EQ(GPSTimeC(0, 0), self);
 }
 
