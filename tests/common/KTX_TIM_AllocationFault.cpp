@@ -32,8 +32,8 @@ void release(void* block) noexcept {
 
 }  // namespace
 
-AllocationWatchC::AllocationWatchC(std::size_t failing)
-    : previous(innermost), failingAllocation(failing) {
+AllocationWatchC::AllocationWatchC(std::size_t failing, bool isForGood)
+    : previous(innermost), failingAllocation(failing), failsForGood(isForGood) {
   innermost = this;
 }
 
@@ -48,7 +48,9 @@ bool AllocationWatchC::beginAllocation() {
     return true;
   }
   ++watch->allocations;
-  if (watch->allocations == watch->failingAllocation) {
+  std::size_t const failing = watch->failingAllocation;
+  if (watch->allocations == failing ||
+      (watch->failsForGood && failing != 0 && watch->allocations > failing)) {
     watch->isSpent = true;
     return false;
   }

@@ -7,15 +7,16 @@
 namespace KTX::TIM::TEST {
 
 /// Watches the memory that the calling thread takes with operator new while it exists, and may let
-/// one allocation fail. Scopes of one thread nest; the innermost watches.
+/// one allocation fail, or all from one on. Scopes of one thread nest; the innermost watches.
 ///
 /// Only a program that links vortime_test_allocations has the operator new that reports here. On
 /// Windows it is that of the program alone: what a DLL takes, the standard library's strings among
 /// it, is not counted, though the program may count its release.
 class AllocationWatchC {
  public:
-  /// Lets the n-th allocation from now on throw std::bad_alloc, 1 being the next; 0 for none.
-  explicit AllocationWatchC(std::size_t failing = 0);
+  /// Lets the n-th allocation from now on throw std::bad_alloc, 1 being the next, once or with all
+  /// that follow; 0 for none.
+  explicit AllocationWatchC(std::size_t failing = 0, bool isForGood = false);
   ~AllocationWatchC();
   AllocationWatchC(AllocationWatchC const&) = delete;
   AllocationWatchC& operator=(AllocationWatchC const&) = delete;
@@ -24,6 +25,8 @@ class AllocationWatchC {
   /// Blocks taken less blocks given back: positive for a leak.
   std::ptrdiff_t balance() const { return taken; }
   bool hasFailed() const { return isSpent; }
+  /// From now on no allocation fails; counting goes on.
+  void endFailures() { failingAllocation = 0; }
 
   // For operator new and delete of the calling thread.
   static bool beginAllocation();
@@ -31,7 +34,8 @@ class AllocationWatchC {
 
  private:
   AllocationWatchC* const previous;
-  std::size_t const failingAllocation;
+  std::size_t failingAllocation;
+  bool const failsForGood;
   std::size_t allocations = 0;
   std::ptrdiff_t taken = 0;
   bool isSpent = false;

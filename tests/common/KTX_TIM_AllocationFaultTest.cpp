@@ -45,6 +45,19 @@ TEST(AllocationWatch, LetsTheNthAllocationFail) {
   EXPECT_NO_THROW(takeBlock());
 }
 
+TEST(AllocationWatch, LetsEveryAllocationFromTheNthOnFailUntilItIsToldToEnd) {
+  AllocationWatchC watch(2, true);
+  auto const first = takeBlock();
+  EXPECT_THROW(takeBlock(), std::bad_alloc);
+  EXPECT_THROW(takeBlock(), std::bad_alloc);
+  EXPECT_EQ(1, watch.balance());
+  watch.endFailures();
+  auto const second = takeBlock();
+  EXPECT_TRUE(watch.hasFailed());
+  EXPECT_EQ(2, watch.balance());
+  EXPECT_EQ(4U, watch.allocationCount());
+}
+
 TEST(AllocationWatch, SeesTheCallingThreadOnly) {
   std::size_t counted = 0;
   std::thread([&] {
