@@ -157,21 +157,47 @@ TEST_F(TimeZoneAllocation, TheOffsetNeedsNoMemory) {
   EXPECT_EQ(0U, watch.allocationCount());
 }
 
-TEST_F(TimeZoneAllocation, AFailedChangeLeavesOneOfTheThreeNames) {
+TEST_F(TimeZoneAllocation, AFailedChangeLeavesTheZoneThatWasHeld) {
   TimeZoneWindowsC zone;
   std::wstring const london = L"GMT Standard Time";
   std::wstring const berlin = L"W. Europe Standard Time";
-  sweepAllocationFaults(
-      [&] {
-        zone.setTimeZone(london);
-        zone.setTimeZone(berlin);
-      },
-      [&](std::ptrdiff_t /*balance*/) {
-        std::wstring name;
-        EXPECT_EQ(RC_OK, zone.getTimeZone(name));
-        EXPECT_TRUE(name == london || name == berlin || name == L"Tokyo Standard Time");
-        EXPECT_EQ(0U, registry.openKeyCount());
-      });
+  zone.setTimeZone(london);
+  std::size_t const failed = sweepAllocationFaults([&] { zone.setTimeZone(berlin); },
+                                                   [&](std::ptrdiff_t /*balance*/) {
+                                                     std::wstring name;
+                                                     EXPECT_EQ(RC_OK, zone.getTimeZone(name));
+                                                     EXPECT_EQ(london, name);
+                                                     EXPECT_EQ(0U, registry.openKeyCount());
+                                                   });
+  EXPECT_LE(1U, failed);
+  std::wstring name;
+  EXPECT_EQ(RC_OK, zone.getTimeZone(name));
+  EXPECT_EQ(berlin, name);
+}
+
+TEST_F(TimeZoneAllocation, AFirstConnectionThatFailsLeavesNoSubscriber) {
+  for (std::size_t failing = 1;; ++failing) {
+    SCOPED_TRACE(failing);
+    TimeZoneWindowsC zone;
+    boost::signals2::connection connection;
+    int heard = 0;
+    bool hasFailed = false;
+    {
+      AllocationWatchC const watch(failing);
+      try {
+        connection = zone.connectTimeZoneChanged([&heard] { ++heard; });
+      } catch (std::bad_alloc const&) {
+      }
+      hasFailed = watch.hasFailed();
+    }
+    EXPECT_EQ(RC_OK, zone.setTimeZone(L"GMT Standard Time"));
+    EXPECT_EQ(!hasFailed, connection.connected());
+    EXPECT_EQ(hasFailed ? 0 : 1, heard);
+    if (!hasFailed) {
+      EXPECT_LE(2U, failing);
+      break;
+    }
+  }
 }
 
 #ifndef _WIN32

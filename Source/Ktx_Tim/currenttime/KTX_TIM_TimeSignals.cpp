@@ -2,16 +2,16 @@
 
 #include <boost/make_shared.hpp>
 
+#include "support/KTX_TIM_PermanentSlot.h"
+
 namespace KTX::TIM {
 
 namespace {
 
-// The slot that does nothing keeps the index of the signal's list in being. Building the index is
-// the last step of a first connect(): out of memory there, it would leave its slot connected.
 template <class SignalT>
 boost::shared_ptr<SignalT> makeSignal() {
   auto signal = boost::make_shared<SignalT>();
-  signal->connect([](auto&&...) {});
+  connectPermanentSlot(*signal);
   return signal;
 }
 

@@ -10,6 +10,7 @@
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_WindowsZoneNames.h"
+#include "support/KTX_TIM_PermanentSlot.h"
 #include "support/KTX_TIM_SystemCalls.h"
 #include "timezones/KTX_TIM_CodeUnits.h"
 #include "timezones/KTX_TIM_RootTimeZoneRegistryKeyWrapper.h"
@@ -95,7 +96,9 @@ void sortByDisplayName(TimeZoneC::ZoneNamesT& zones) {
 
 }  // namespace
 
-TimeZoneWindowsC::TimeZoneWindowsC() = default;
+TimeZoneWindowsC::TimeZoneWindowsC() {
+  connectPermanentSlot(timeZoneChanged);
+}
 
 TimeZoneWindowsC::TimeZoneWindowsC(TimeZoneWindowsC&& other) noexcept
     : timeZoneName(other.takeHeldName()),
@@ -150,13 +153,23 @@ std::uint32_t TimeZoneWindowsC::setTimeZone(std::wstring const& name) {
   }
   {
     Guard const guard(getTimeLock());
-    takeHeldName();
-    if (!isKnownZone(name)) {
+    std::wstring previous = takeHeldName();
+    bool isKnown = false;
+    try {
+      isKnown = isKnownZone(name);
+      if (isKnown) {
+        holdName(name);
+      }
+    } catch (...) {
+      Guard const nameGuard(nameMutex);
+      timeZoneName.swap(previous);
+      throw;
+    }
+    if (!isKnown) {
       // The name stays empty on purpose: the next getTimeZone() asks the system again.
       logAssertion("Setting Windows Timezone failed!");
       return RC_FAILED;
     }
-    holdName(name);
   }
   emitTimeZoneChanged();
   return RC_OK;

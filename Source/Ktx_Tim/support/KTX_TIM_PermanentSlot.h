@@ -1,0 +1,16 @@
+#ifndef KTX_TIM_PERMANENTSLOT_H
+#define KTX_TIM_PERMANENTSLOT_H
+
+namespace KTX::TIM {
+
+/// Connects a slot that does nothing to a new signal, for as long as the signal lives. It keeps the
+/// index of the signal's list in being. Building the index is the last step of a first connect():
+/// out of memory there, it would throw and leave its slot connected.
+template <class SignalT>
+void connectPermanentSlot(SignalT& signal) {
+  signal.connect([](auto const&... /*arguments*/) {});
+}
+
+}  // namespace KTX::TIM
+
+#endif  // KTX_TIM_PERMANENTSLOT_H
