@@ -148,15 +148,18 @@ void SysTimeOffsetT::update(double observedMjd,
                             std::int64_t noiseMs,
                             bool& correct,
                             std::int64_t& differenceMs) {
-  TimeEstimator const estimatorBefore = *estimator;
-  SteadyTimeC const sysTimeBefore = currentSysTime;
+  StateC const before = state();
   try {
     step(observedMjd, noiseMs, correct, differenceMs);
   } catch (...) {
-    *estimator = estimatorBefore;
-    currentSysTime = sysTimeBefore;
+    setState(before);
     throw;
   }
+}
+
+void SysTimeOffsetT::setState(StateC const& newState) {
+  *estimator = newState.estimator;
+  currentSysTime = newState.sysTime;
 }
 
 void SysTimeOffsetT::seed() {

@@ -48,6 +48,14 @@ class SysTimeOffsetT {
   /// for a day beyond the year 9999 for instance, the filter is as before the call.
   void update(double observedMjd, std::int64_t noiseMs, bool& correct, std::int64_t& differenceMs);
 
+  /// All that observations change.
+  struct StateC {
+    TimeEstimator estimator;
+    SteadyTimeC sysTime;
+  };
+  StateC state() const { return {*estimator, currentSysTime}; }
+  void setState(StateC const& newState);
+
   /// The mapping that defines the present.
   SteadyTimeC const& getCurrentSysTime() const { return currentSysTime; }
   ClockI<boost::milli>& getSteadyClock() const { return *steadyClock; }

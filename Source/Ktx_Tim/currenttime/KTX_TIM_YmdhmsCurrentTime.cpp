@@ -74,10 +74,9 @@ void logResult(YmdhmsC const& observation, ObservationResultC const& result) {
   printComposed(ymdhmsLog(), 3, text);
 }
 
-// The caller holds the library-wide lock.
-ObservationResultC observe(YmdhmsC const& observation, std::int64_t noiseMs) {
-  logObservation(observation);
-  SysTimeOffsetT& offset = SysTimeOffsetT::instance();
+ObservationResultC updatePresent(SysTimeOffsetT& offset,
+                                 YmdhmsC const& observation,
+                                 std::int64_t noiseMs) {
   ObservationResultC result;
   offset.update(utcDayNumber(observation), noiseMs, result.isCorrected, result.differenceMs);
   YmdhmsC present = observation;
@@ -88,6 +87,20 @@ ObservationResultC observe(YmdhmsC const& observation, std::int64_t noiseMs) {
   result.present = gpsWeekAndMs(present);
   logResult(observation, result);
   return result;
+}
+
+// The caller holds the library-wide lock. When something throws, the present is as it was: no
+// correction is in force that nobody was told of.
+ObservationResultC observe(YmdhmsC const& observation, std::int64_t noiseMs) {
+  logObservation(observation);
+  SysTimeOffsetT& offset = SysTimeOffsetT::instance();
+  SysTimeOffsetT::StateC const before = offset.state();
+  try {
+    return updatePresent(offset, observation, noiseMs);
+  } catch (...) {
+    offset.setState(before);
+    throw;
+  }
 }
 
 SystemTimeRecordC systemTimeOf(YmdhmsC const& time) {
