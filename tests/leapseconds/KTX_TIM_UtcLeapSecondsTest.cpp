@@ -583,6 +583,18 @@ TEST_F(UtcLeapSecondsOfThePresent, MoveUtcByTheChangeOfTheCountAndLeaveGpsTime) 
   }
 }
 
+// The present has moved by then, so the new count stays, and whoever waits for it is told.
+TEST_F(UtcLeapSecondsOfThePresent, AreToldAlsoWhenAListenerOfTheCorrectionThrows) {
+  boost::signals2::scoped_connection const thrower(
+      connectTimeCorrected([](int, int, TimeChangeT) { throw std::runtime_error("slot"); }));
+  EXPECT_THROW(setUtcLeapSecond(forced17, true), std::runtime_error);
+  EXPECT_EQ(forced17, recordInForce());
+  EXPECT_EQ(GPSTimeC(2304, 374963000), GpsC::currentTime());
+  ASSERT_THAT(changes.events, SizeIs(1));
+  EXPECT_EQ(initial, changes.events[0].previous);
+  EXPECT_EQ(forced17, changes.events[0].current);
+}
+
 TEST_F(UtcLeapSecondsOfThePresent, LeaveThePresentWhereTheCountInForceStays) {
   EXPECT_EQ(RC_OK, setUtcLeapSecond({LEAPSECOND_FORCED, 18, 19, 2347, 3, true}, true));
   EXPECT_THAT(changes.events, SizeIs(1));

@@ -21,6 +21,7 @@
 #include "leapseconds/KTX_TIM_LeapSecondRules.h"
 #include "support/KTX_TIM_LogChannels.h"
 #include "support/KTX_TIM_MutexGuard.h"
+#include "support/KTX_TIM_PermanentSlot.h"
 #include "support/KTX_TIM_ThreadId.h"
 
 namespace KTX::TIM {
@@ -90,6 +91,8 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
   bool isFutureInForce(GPSTimeC const& time) const KTX_TIM_REQUIRES(mutex) {
     return millisecondsOf(time) >= futureFromMs;
   }
+
+  void tellChange(boost::shared_ptr<UtcLeapSecondChanged> const& event) KTX_TIM_REQUIRES(mutex);
 
   Mutex mutex;
   boost::signals2::signal<void(boost::shared_ptr<UtcLeapSecondChanged> const&)> changed;
@@ -171,9 +174,7 @@ UtcLeapSecondStore::UtcLeapSecondStore()
     : effectivity(this),
       normalSlot(defaultLeapSecondRecord()),
       forcedSlot(defaultLeapSecondRecord()) {
-  // The signal's list takes the first slot of a kind in two steps, and the second may fail. With
-  // this one there for good, a connection that fails leaves nothing behind.
-  changed.connect([](boost::shared_ptr<UtcLeapSecondChanged> const& /*event*/) {});
+  connectPermanentSlot(changed);
   updateEffectivity();
 }
 
@@ -212,11 +213,25 @@ std::uint32_t UtcLeapSecondStore::setValid(UtcLeapSecondRecord const& record, bo
   MutexGuardC const guard(mutex);
   event->previous = inForce();
   std::uint32_t result = RC_OK;
-  if (changeOrUndo(record, now, makeCurrent, result)) {
-    event->current = inForce();
-    changed(event);
+  bool isChanged = false;
+  try {
+    isChanged = changeOrUndo(record, now, makeCurrent, result);
+  } catch (...) {
+    // What a listener of the corrected present throws does not undo the change.
+    if (inForce() != event->previous) {
+      tellChange(event);
+    }
+    throw;
+  }
+  if (isChanged) {
+    tellChange(event);
   }
   return result;
+}
+
+void UtcLeapSecondStore::tellChange(boost::shared_ptr<UtcLeapSecondChanged> const& event) {
+  event->current = inForce();
+  changed(event);
 }
 
 void UtcLeapSecondStore::resetNormal(UtcLeapSecondRecord const* record) {
