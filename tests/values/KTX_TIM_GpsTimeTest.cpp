@@ -103,6 +103,49 @@ TEST(GpsTime, WrapsDayNumbersBeforeTheEpoch) {
   EXPECT_EQ(GPSTimeC(65535, 561600000), GpsTimeC(MjdTimeC(44243.5)));
 }
 
+TEST(GpsTime, TakesDayNumbersBeyondAllWeeks) {
+  struct {
+    double dayNumber;
+    GPSTimeC expected;
+  } const cases[] = {{44244 + 7e9, {51712, 0}},
+                     {44244 - 7e9, {13824, 0}},
+                     // The weeks and the milliseconds saturate, each at a limit of 64 bits.
+                     {1e300, {57251, 285175807}},
+                     {-1e300, {8283, 319624192}}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.dayNumber);
+    EXPECT_EQ(c.expected, GpsTimeC(MjdTimeC(c.dayNumber)));
+  }
+}
+
+TEST(GpsTime, CarriesFieldsBeyondTheirRangesIntoTheWeek) {
+  struct {
+    int year, month, day, hour, minute, second;
+    std::int64_t milliseconds;
+    GPSTimeC expected;
+  } const cases[] = {{2000, 1, 2, 0, 0, 0, 0, {1043, 0}},
+                     {2000, 1, 2, 0, 0, 0, -5, {1042, 604799995}},
+                     {2000, 1, 8, 23, 59, 59, 0, {1043, 604799000}},
+                     {2000, 1, 8, 23, 59, 60, 0, {1044, 0}},
+                     {2000, 1, 8, 255, 255, 255, 0, {1045, 242355000}},
+                     {9999, 12, 31, 0, 0, 0, 0, {25246, 432000000}},
+                     {10000, 1, 1, 0, 0, 0, 0, {25246, 518400000}},
+                     {10000, 1, 1, 24, 0, 0, -1, {25246, 604799999}}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.day);
+    YmdhmsC calendar = YmdhmsC::zero(TIMEBASE_GPS);
+    calendar.year = static_cast<std::uint16_t>(c.year);
+    calendar.month = static_cast<std::uint8_t>(c.month);
+    calendar.day = static_cast<std::uint8_t>(c.day);
+    calendar.hour = static_cast<std::uint8_t>(c.hour);
+    calendar.minute = static_cast<std::uint8_t>(c.minute);
+    calendar.second = static_cast<std::uint8_t>(c.second);
+    calendar.milliseconds = c.milliseconds;
+    EXPECT_EQ(c.expected, GpsTimeC(calendar));
+    EXPECT_EQ(c.expected, GpsTimeC(MjdTimeC(calendar)));
+  }
+}
+
 TEST(GpsTime, TakesACalendarValue) {
   YmdhmsC calendar = YmdhmsC::zero(TIMEBASE_LOCAL);
   calendar.year = 1980;

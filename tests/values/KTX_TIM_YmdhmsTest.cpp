@@ -74,6 +74,20 @@ TEST(Ymdhms, SplitsWeekAndMilliseconds) {
   EXPECT_EQ(0U, value.precision);
 }
 
+TEST(Ymdhms, RoundsWeekAndMillisecondsIntoTheNextDay) {
+  struct {
+    GPSTimeC time;
+    FieldsC expected;
+  } const cases[] = {{{0, 86399994}, {1980, 1, 6, 23, 59, 59, 99, 1, 990}},
+                     {{0, 86399996}, {1980, 1, 7, 0, 0, 0, 0, 2, 0}},
+                     {{0, 604799999}, {1980, 1, 13, 0, 0, 0, 0, 1, 0}},
+                     {{2303, 431999996}, {2024, 3, 1, 0, 0, 0, 0, 6, 0}}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(::testing::PrintToString(c.time.toMilliseconds64()));
+    expectFields(c.expected, YmdhmsC(c.time));
+  }
+}
+
 TEST(Ymdhms, SplitsADayNumber) {
   struct {
     double dayNumber;
