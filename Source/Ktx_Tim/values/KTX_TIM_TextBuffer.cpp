@@ -6,17 +6,17 @@
 
 namespace KTX::TIM {
 
-void TextBufferC::append(std::string_view text) {
+void TextBufferC::append(std::string_view text) noexcept {
   std::size_t const taken = std::min(text.size(), CAPACITY - size);
   std::memcpy(buffer + size, text.data(), taken);
   size += taken;
 }
 
-void TextBufferC::append(char character) {
+void TextBufferC::append(char character) noexcept {
   append(std::string_view(&character, 1));
 }
 
-void TextBufferC::appendNumber(std::uint64_t number, std::size_t minDigits) {
+void TextBufferC::appendNumber(std::uint64_t number, std::size_t minDigits) noexcept {
   constexpr std::size_t MAX_DIGITS = 20;
   char digits[MAX_DIGITS];
   std::size_t first = MAX_DIGITS;

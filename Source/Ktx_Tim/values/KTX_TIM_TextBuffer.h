@@ -13,10 +13,10 @@ namespace KTX::TIM {
 /// takes no part in it. Text beyond the capacity is cut.
 class TextBufferC {
  public:
-  void append(std::string_view text);
-  void append(char character);
+  void append(std::string_view text) noexcept;
+  void append(char character) noexcept;
   /// Decimal digits, with leading zeros up to minDigits.
-  void appendNumber(std::uint64_t number, std::size_t minDigits = 1);
+  void appendNumber(std::uint64_t number, std::size_t minDigits = 1) noexcept;
 
   std::string toString() const;
   /// Writes the text unformatted: width, fill and flags of the stream neither show nor change.
