@@ -10,14 +10,10 @@
 namespace KTX::TIM {
 namespace {
 
-struct RangeC {
-  std::int32_t lowest;
-  std::int32_t highest;
-};
-
-// Current, future, then week and day or year, month and day: by position the ranges are the same.
-constexpr RangeC RANGES[] = {{-32768, 32767}, {-32768, 32767}, {0, 65535}, {0, 255}, {0, 255}};
-// No number beyond it is in any range.
+// Current, future, then week and day or year, month and day: by position the limits are the same.
+// No number is negative, for a minus separates fields.
+constexpr std::int32_t HIGHEST[] = {32767, 32767, 65535, 255, 255};
+// Beyond every limit.
 constexpr std::int32_t MAX_NUMBER = 1000000;
 
 bool isSeparator(char character) {
@@ -88,8 +84,7 @@ void LeapSecondLineC::addDigit(char digit) {
 
 void LeapSecondLineC::endField() {
   bool const hasNumber = state == StateE::DIGITS || state == StateE::TRAILING_SPACE;
-  isUsable = isUsable && hasNumber && fieldCount < MAX_FIELDS &&
-             number >= RANGES[fieldCount].lowest && number <= RANGES[fieldCount].highest;
+  isUsable = isUsable && hasNumber && fieldCount < MAX_FIELDS && number <= HIGHEST[fieldCount];
   if (isUsable) {
     fields[fieldCount] = number;
     ++fieldCount;
