@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include <boost/make_shared.hpp>
 #include <boost/numeric/conversion/cast.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,7 +12,9 @@
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
+#include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "common/KTX_TIM_FakeClock.h"
 #include "common/KTX_TIM_LogCapture.h"
 #include "leapseconds/KTX_TIM_LeapSecondModel.h"
 #include "leapseconds/KTX_TIM_LeapSecondScopes.h"
@@ -520,6 +523,21 @@ TEST_F(UtcLeapSeconds, TellListenersAfterTheLineOfTheChange) {
   setUtcLeapSecond(forced17, false);
   ASSERT_THAT(before, SizeIs(3));
   EXPECT_THAT(before[2], ::testing::StartsWith("Active UTC Leap Second has changed - "));
+}
+
+TEST_F(UtcLeapSeconds, StayAsTheyWereWhenThePresentCannotBeRead) {
+  auto const system = boost::make_shared<FakeClockC>(1709798945000, CLOCKTYPE_POSIX, CLOCKREF_UTC);
+  auto const steady = boost::make_shared<FakeClockC>(0);
+  setSysTimeClocks(system, steady);
+  StoreStateC const before = storeState();
+  steady->setHook([] { throw std::runtime_error("no reading"); });
+  EXPECT_THROW(setUtcLeapSecond(gps, false), std::runtime_error);
+  EXPECT_THROW(setUtcLeapSecond(gps, true), std::runtime_error);
+  EXPECT_TRUE(before == storeState());
+  EXPECT_THAT(changes.events, IsEmpty());
+  steady->setHook(nullptr);
+  EXPECT_EQ(RC_OK, setUtcLeapSecond(gps, false));
+  EXPECT_EQ(gps, recordInForce());
 }
 
 TEST_F(UtcLeapSeconds, AreTheNewOnesAlsoWhenAListenerThrows) {

@@ -50,10 +50,11 @@ bool isValidLeapSecond(UtcLeapSecondRecord const& record) {
   if (record.source == LEAPSECOND_SITE) {
     return refuse(record);
   }
-  if (!record.effectivityKnown) {
-    return record.source == LEAPSECOND_DEFAULT || refuse(record);
+  if (!record.effectivityKnown && record.source == LEAPSECOND_DEFAULT) {
+    return true;
   }
-  if (std::abs(record.current - record.future) >= 2 || record.day == 0 || record.day > 7) {
+  if (!record.effectivityKnown || std::abs(record.current - record.future) >= 2 ||
+      record.day == 0 || record.day > 7) {
     return refuse(record);
   }
   if (record.source == LEAPSECOND_FORCED) {
@@ -63,7 +64,7 @@ bool isValidLeapSecond(UtcLeapSecondRecord const& record) {
     return false;  // Without a line in the log; this is meant.
   }
   // A leap second takes effect only at the end of the last day of a month.
-  return endsMonth(record) || refuse(record);
+  return endsMonth(record) ? true : refuse(record);
 }
 
 LeapSecondVerdictE compareLeapSecond(UtcLeapSecondRecord const& held,

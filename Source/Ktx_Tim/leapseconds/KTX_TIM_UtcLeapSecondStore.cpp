@@ -170,6 +170,11 @@ void carryOverPresent(GpsC const& now) {
   now.makeToCurrentTime(NO_NOISE_MS, TO_MILLISECONDS);
 }
 
+/// Whether the present is another one than now, which was read a moment ago.
+bool hasJumpedFrom(GpsC const& now) {
+  return std::abs(differenceMs(GpsC::currentTime(), now)) > MAX_ELAPSED_MS;
+}
+
 UtcLeapSecondStore::UtcLeapSecondStore()
     : effectivity(this),
       normalSlot(defaultLeapSecondRecord()),
@@ -322,7 +327,7 @@ bool UtcLeapSecondStore::changeOrUndo(UtcLeapSecondRecord const& record,
     setState(before);
     // Counts differ by whole seconds: where the present was carried over already, GPS time would
     // jump with the old count, so the new one stays.
-    if (makeCurrent && std::abs(differenceMs(GpsC::currentTime(), now)) > MAX_ELAPSED_MS) {
+    if (makeCurrent && hasJumpedFrom(now)) {
       setState(after);
     }
     throw;
