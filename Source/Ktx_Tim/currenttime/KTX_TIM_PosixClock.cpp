@@ -69,8 +69,8 @@ ClockI<boost::nano>::DurationT ticksSinceEpoch<boost::nano>(ptime const& instant
   }
   auto const sinceEpoch = instant - posixEpoch<boost::nano>();
   // Nanoseconds fit until the year 2262.
-  return ClockI<boost::nano>::DurationT(
-      multiplySaturated(sinceEpoch.total_microseconds(), NS_PER_US));
+  std::int64_t const ns = multiplySaturated(sinceEpoch.total_microseconds(), NS_PER_US);
+  return ClockI<boost::nano>::DurationT(ns);
 }
 
 template <class Period>

@@ -34,10 +34,13 @@ std::unique_ptr<SysTimeOffsetT> makeOffset(ClockT const& systemClock, ClockT con
                                           MAX_UNCERTAINTY_MS);
 }
 
+std::unique_ptr<SysTimeOffsetT> makeSystemOffset() {
+  return makeOffset(createClock<boost::milli>(CLOCKTYPE_POSIX, CLOCKREF_DEFAULT),
+                    createClock<boost::milli>(CLOCKTYPE_STEADY, CLOCKREF_DEFAULT));
+}
+
 std::unique_ptr<SysTimeOffsetT>& processInstance() {
-  static std::unique_ptr<SysTimeOffsetT> instance =
-      makeOffset(createClock<boost::milli>(CLOCKTYPE_POSIX, CLOCKREF_DEFAULT),
-                 createClock<boost::milli>(CLOCKTYPE_STEADY, CLOCKREF_DEFAULT));
+  static std::unique_ptr<SysTimeOffsetT> instance = makeSystemOffset();
   return instance;
 }
 
