@@ -25,7 +25,8 @@ TEST(CodeUnits, OfASupplementaryCharacterAreASurrogatePair) {
 }
 
 TEST(CodeUnits, KeepALoneHalfOfAPair) {
-  std::u16string const cases[] = {{0xD83D}, {0xDE00}, {0xDE00, 0xD83D}, {0xD83D, 0xD83D, u'a'}};
+  std::u16string const cases[] = {
+      {0xD83D}, {0xDE00}, {0xDE00, 0xD83D}, {0xD83D, 0xD83D, u'a'}, {0xD83D, 0xE000}};
   for (auto const& units : cases) {
     EXPECT_EQ(units, toCodeUnits(toWideText(units)));
     EXPECT_EQ(units.size(), toWideText(units).size());

@@ -99,6 +99,17 @@ TEST_F(TimeZoneWindows, TheFirstQueryAsksTheSystemAndNoLaterOneDoes) {
   EXPECT_THAT(assertions(), IsEmpty());
 }
 
+TEST_F(TimeZoneWindows, AZoneThatIsSetWhileTheSystemIsAskedWins) {
+  registry.calls.setHook([this](SystemCallE call) {
+    if (call == CALL_GETTIMEZONEINFORMATION) {
+      EXPECT_EQ(RC_OK, zone.setTimeZone(L"Singapore Standard Time"));
+    }
+  });
+  EXPECT_EQ(L"Singapore Standard Time", heldZone(zone));
+  EXPECT_EQ(L"Singapore Standard Time", heldZone(zone));
+  EXPECT_EQ(1U, registry.calls.useCount(CALL_GETTIMEZONEINFORMATION));
+}
+
 TEST_F(TimeZoneWindows, ThreeResultsOfTheSystemNameAZoneAndNoOthers) {
   TimeZoneInformationC information{};
   std::u16string(u"Tokyo Standard Time").copy(information.standardName, 32);

@@ -42,7 +42,8 @@ bool TimeZoneRegistryKeyWrapperC::readTimeZoneInformation(TimeZoneInformationC& 
   }
   ZoneRecordC record{};
   std::uint32_t recordSize = sizeof(record);
-  if (!query(u"TZI", &record, recordSize) || recordSize != sizeof(record)) {
+  bool const hasRecord = query(u"TZI", &record, recordSize);
+  if (!hasRecord || recordSize != sizeof(record)) {
     return false;
   }
   information.bias = record.bias;

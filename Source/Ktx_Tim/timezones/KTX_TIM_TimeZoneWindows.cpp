@@ -268,7 +268,8 @@ std::uint32_t TimeZoneWindowsC::getPreferredTimeZoneBias(std::wstring const& nam
 std::uint32_t TimeZoneWindowsC::findPreferredTimeZoneByBias(std::int32_t bias, std::wstring& name) {
   for (wchar_t const* const preferred : PREFERRED_ZONES) {
     std::int32_t zoneBias = 0;
-    if (getTimeZoneBias(preferred, zoneBias) == RC_OK && zoneBias == bias) {
+    std::uint32_t const result = getTimeZoneBias(preferred, zoneBias);
+    if (result == RC_OK && zoneBias == bias) {
       name = preferred;
       return RC_OK;
     }
