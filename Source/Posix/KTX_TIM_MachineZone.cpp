@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <tuple>
 
 #include <boost/filesystem/operations.hpp>
 
@@ -45,8 +46,8 @@ bool areEqual(SystemTimeRecordC const& left, SystemTimeRecordC const& right) {
 }
 
 bool areEqual(ZoneRecordC const& left, ZoneRecordC const& right) {
-  return left.bias == right.bias && left.standardBias == right.standardBias &&
-         left.daylightBias == right.daylightBias &&
+  return std::tie(left.bias, left.standardBias, left.daylightBias) ==
+             std::tie(right.bias, right.standardBias, right.daylightBias) &&
          areEqual(left.standardDate, right.standardDate) &&
          areEqual(left.daylightDate, right.daylightDate);
 }
@@ -80,10 +81,10 @@ bool MachineZoneC::isUpToDate(ZoneSourcesC const& sources) {
     return isSameSetting;
   }
   checkedAtUtc = sources.utc;
-  if (sources.environmentZone != nullptr) {
+  if (!isUsable || sources.environmentZone != nullptr) {
     return isUsable;
   }
-  return isUsable && machineFileStamp == FileStampC(sources.machineZoneFile);
+  return machineFileStamp == FileStampC(sources.machineZoneFile);
 }
 
 void MachineZoneC::load(ZoneSourcesC const& sources) {

@@ -29,18 +29,15 @@ std::int64_t monthWeekDay(YearlyDateC const& date, std::int64_t year) {
 }
 
 std::int64_t dayInYear(YearlyDateC const& date, std::int64_t year) {
-  std::int64_t const first = daysSinceEpoch({year, 1, 1});
-  switch (date.form) {
-    case YearlyDateC::FORM_JULIAN_DAY: {
-      bool const isAfterLeapDay = date.day > FEBRUARY_28 && daysInMonth(year, 2) == 29;
-      return first + date.day - (isAfterLeapDay ? 0 : 1);
-    }
-    case YearlyDateC::FORM_DAY_OF_YEAR:
-      return first + date.day;
-    case YearlyDateC::FORM_MONTH_WEEK_DAY:
-      break;
+  if (date.form == YearlyDateC::FORM_MONTH_WEEK_DAY) {
+    return monthWeekDay(date, year);
   }
-  return monthWeekDay(date, year);
+  std::int64_t const first = daysSinceEpoch({year, 1, 1});
+  if (date.form == YearlyDateC::FORM_DAY_OF_YEAR) {
+    return first + date.day;
+  }
+  bool const isAfterLeapDay = date.day > FEBRUARY_28 && daysInMonth(year, 2) == 29;
+  return first + date.day - (isAfterLeapDay ? 0 : 1);
 }
 
 bool parseMonthWeekDay(std::string_view& text, YearlyDateC& date) {

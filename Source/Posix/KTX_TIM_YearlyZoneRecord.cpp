@@ -87,9 +87,9 @@ FormC bestForm(std::vector<StretchC> const& stretches) {
   return best;
 }
 
+// Only for a date with a week after the first, as those that count days have none.
 bool isSameMoment(YearlyDateC const& date, SystemTimeRecordC const& rule) {
-  return date.form == YearlyDateC::FORM_MONTH_WEEK_DAY && date.month == rule.month &&
-         date.weekday == rule.dayOfWeek &&
+  return date.month == rule.month && date.weekday == rule.dayOfWeek &&
          date.secondsOfDay ==
              rule.hour * SECONDS_PER_HOUR + rule.minute * SECONDS_PER_MINUTE + rule.second;
 }

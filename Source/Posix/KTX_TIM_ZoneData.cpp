@@ -7,10 +7,10 @@
 
 namespace KTX::TIM {
 
-ZoneDataC::ZoneDataC() : offsets{{0, false, "UTC"}} {}
+ZoneDataC::ZoneDataC() : offsets(1, ZoneOffsetC{0, false, "UTC"}) {}
 
 ZoneDataC::ZoneDataC(PosixZoneRuleC const& zoneRule)
-    : offsets{zoneRule.standard()}, rule(zoneRule) {}
+    : offsets(1, zoneRule.standard()), rule(zoneRule) {}
 
 ZoneDataC::ZoneDataC(std::vector<ZoneOffsetC> zoneOffsets,
                      std::vector<ChangeC> zoneChanges,

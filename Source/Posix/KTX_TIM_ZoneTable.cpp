@@ -60,8 +60,12 @@ std::string signedHours(std::int32_t minutesEast) {
 
 // "Berlin" of "Europe/Berlin"; a zone without a place is called by its offset.
 std::string placeOf(std::string const& ianaName, std::int32_t minutesEast) {
-  if (ianaName.compare(0, 4, "Etc/") == 0) {
-    return minutesEast == 0 ? "UTC" : "UTC" + signedHours(minutesEast);
+  bool const hasPlace = ianaName.compare(0, 4, "Etc/") != 0;
+  if (!hasPlace && minutesEast == 0) {
+    return "UTC";
+  }
+  if (!hasPlace) {
+    return "UTC" + signedHours(minutesEast);
   }
   std::string place = ianaName.substr(ianaName.rfind('/') + 1);
   std::replace(place.begin(), place.end(), '_', ' ');
@@ -78,7 +82,10 @@ std::u16string displayOf(std::string const& ianaName, ZoneRecordC const& record)
 }
 
 std::u16string standardNameOf(std::string const& keyName) {
-  return units(keyName == "UTC" ? "Coordinated Universal Time" : keyName);
+  if (keyName == "UTC") {
+    return u"Coordinated Universal Time";
+  }
+  return units(keyName);
 }
 
 std::u16string daylightNameOf(std::string const& keyName) {

@@ -58,6 +58,9 @@ TEST(YearlyZoneRecord, KeepsTheFourthWeekWhereTheRuleSaysSoAndTheLastElsewhere) 
   EXPECT_EQ("0 0 -60 10.1.0/02:00:00 2.4.0/02:00:00", recordOf("AAA0BBB,M2.4.0,M10.1.0", 2026));
   EXPECT_EQ("0 0 -60 10.1.0/02:00:00 2.5.0/02:00:00", recordOf("AAA0BBB,M2.5.0,M10.1.0", 2026));
   EXPECT_EQ("0 0 -60 10.1.0/02:00:00 2.5.0/02:00:00", recordOf("AAA0BBB,J53,M10.1.0", 2026));
+  // So are those of September, and of its Wednesdays the fifth.
+  EXPECT_EQ("0 0 -60 9.4.0/02:00:00 2.4.0/02:00:00", recordOf("AAA0BBB,M2.4.0,M9.4.0", 2026));
+  EXPECT_EQ("0 0 -60 9.5.3/02:00:00 2.4.0/02:00:00", recordOf("AAA0BBB,M2.4.0,M9.5.3", 2026));
 }
 
 TEST(YearlyZoneRecord, SaysTheDayOfItsYearWhereTheFormCannotSayTheRule) {

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cctype>
+#include <chrono>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -167,6 +168,8 @@ TEST_F(ZoneTree, OpensKeysAsWindowsDoes) {
   EXPECT_EQ(2, openZone(u"UTC\\\\"));
   EXPECT_EQ(2, openZone(u"UTC\\Dynamic DST"));
   EXPECT_EQ(2, openZone(u"Nowhere"));
+  EXPECT_EQ(2, openZone(u"{UTC}"));
+  EXPECT_EQ(2, openZone(u"Zone after the last"));
   EXPECT_EQ(161, openZone(u"\\UTC"));
   std::u16string const path = ZONES_PATH;
   EXPECT_EQ(0, tree.openKey(0, path + u"\\", key));
@@ -280,6 +283,29 @@ TEST_F(ZoneTree, FollowsTheFolderAndTheYear) {
   EXPECT_EQ(139U, keyNames().size());
 }
 
+TEST_F(ZoneTree, AKeyIsInvalidOnceItsZoneHasLeftTheDatabase) {
+  useFolder();
+  writeZone("Asia/Tokyo", "JST-9");
+  writeZone("Europe/Berlin", "CET-1CEST,M3.5.0,M10.5.0/3");
+  KeyHandleT berlin = 0;
+  KeyHandleT tokyo = 0;
+  ASSERT_EQ(0, tree.openKey(openRoot(), u"W. Europe Standard Time", berlin));
+  ASSERT_EQ(0, tree.openKey(openRoot(), u"Tokyo Standard Time", tokyo));
+  std::filesystem::remove(folder.path() / "Europe/Berlin");
+  ZoneRecordC record{};
+  std::uint32_t size = sizeof(record);
+  EXPECT_EQ(0, tree.queryValue(berlin, u"TZI", &record, size));
+  sources.utc = 1861920000;  // 2029-01-01 00:00
+  EXPECT_THAT(keyNames(), ::testing::ElementsAre(u"Tokyo Standard Time"));
+  EXPECT_EQ(6, tree.queryValue(berlin, u"TZI", &record, size));
+  char16_t name[256];
+  std::uint32_t length = 256;
+  EXPECT_EQ(6, tree.enumerateKey(berlin, 0, name, length));
+  KeyHandleT key = 0;
+  EXPECT_EQ(6, tree.openKey(berlin, u"", key));
+  EXPECT_EQ(0, tree.queryValue(tokyo, u"TZI", &record, size));
+}
+
 TEST_F(ZoneTree, TheMachinesZoneIsWhatTheEnvironmentSays) {
   struct {
     char const* zone;
@@ -344,6 +370,55 @@ TEST_F(ZoneTree, TheMachinesFileNamesItsZoneByItsLinkOrItsContent) {
   std::filesystem::remove(machineFile);
   std::filesystem::create_symlink(database + "/Asia/Tokyo", machineFile);
   EXPECT_EQ("0 -540 0 Tokyo Standard Time", information(WINTER + 4));
+}
+
+TEST_F(ZoneTree, AChangeOfTheSettingIsSeenAtOnce) {
+  std::filesystem::create_symlink(sources.databaseFolder + std::string("/Asia/Tokyo"), machineFile);
+  EXPECT_EQ("0 -540 0 Tokyo Standard Time", information(WINTER));
+  useZone("Europe/Berlin");
+  EXPECT_EQ("1 -60 -60 W. Europe Standard Time", information(WINTER));
+  sources.environmentZone = nullptr;
+  EXPECT_EQ("0 -540 0 Tokyo Standard Time", information(WINTER));
+}
+
+TEST_F(ZoneTree, TheMachinesFileIsReadAgainOnlyWhenItHasChanged) {
+  useFolder();
+  writeZone("localtime", "AAA-9");
+  auto const written = std::filesystem::last_write_time(machineFile);
+  EXPECT_EQ("0 -540 0 AAA", information(WINTER));
+  writeZone("localtime", "BBB-8");
+  std::filesystem::last_write_time(machineFile, written);
+  EXPECT_EQ("0 -540 0 AAA", information(WINTER + 1));
+  std::filesystem::last_write_time(machineFile, written + std::chrono::nanoseconds(1000));
+  EXPECT_EQ("0 -480 0 BBB", information(WINTER + 2));
+}
+
+TEST_F(ZoneTree, AMachinesZoneWithoutANameHasThatOfTheZoneWithTheSameRules) {
+  useFolder();
+  writeZone("Europe/Berlin", "CET-1CEST,M3.5.0,M10.5.0/3");
+  struct {
+    char const* zone;
+    char const* expected;
+  } const cases[] = {{"XXX-1YYY,M3.5.0,M10.5.0/3", "1 -60 -60 W. Europe Standard Time"},
+                     {"XXX-2YYY,M3.5.0,M10.5.0/3", "1 -120 -60 XXX"},
+                     {"XXX-1YYY-3,M3.5.0,M10.5.0/3", "1 -60 -120 XXX"},
+                     {"XXX-1YYY,M4.5.0,M10.5.0/3", "1 -60 -60 XXX"},
+                     {"XXX-1YYY,M3.4.0,M10.5.0/3", "1 -60 -60 XXX"},
+                     {"XXX-1YYY,M3.5.1,M10.5.0/3", "1 -60 -60 XXX"},
+                     {"XXX-1YYY,M3.5.0/3,M10.5.0/3", "1 -60 -60 XXX"},
+                     {"XXX-1YYY,M3.5.0/2:01,M10.5.0/3", "1 -60 -60 XXX"},
+                     {"XXX-1YYY,M3.5.0/2:00:01,M10.5.0/3", "1 -60 -60 XXX"},
+                     {"XXX-1YYY,M3.5.0,M11.5.0/3", "1 -60 -60 XXX"},
+                     {"XXX-1YYY,M3.5.0,M10.4.0/3", "1 -60 -60 XXX"},
+                     {"XXX-1YYY,M3.5.0,M10.5.1/3", "1 -60 -60 XXX"},
+                     {"XXX-1YYY,M3.5.0,M10.5.0/4", "1 -60 -60 XXX"},
+                     {"XXX-1YYY,M3.5.0,M10.5.0/3:01", "1 -60 -60 XXX"},
+                     {"XXX-1YYY,M3.5.0,M10.5.0/3:00:01", "1 -60 -60 XXX"}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.zone);
+    useZone(c.zone);
+    EXPECT_EQ(c.expected, information(WINTER));
+  }
 }
 
 TEST_F(ZoneTree, TheMachinesZoneNeedsNoDatabaseWhereRulesAreGiven) {
