@@ -157,7 +157,7 @@ class OperationFaults : public ::testing::Test {
     std::size_t points = 0;
     for (FaultOperationC const& operation : operations) {
       std::size_t const own = sweep(operation);
-      EXPECT_GT(own, 0U) << operation.name;
+      EXPECT_TRUE(!SEES_ALL_MEMORY || own > 0) << operation.name;
       points += own;
     }
     std::cout << operations.size() << " operations, " << points << " fault points\n";
