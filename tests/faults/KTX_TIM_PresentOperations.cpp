@@ -4,12 +4,11 @@
 #include "KTX/TIM/KTX_TIM_DefaultCurrentTimeProvider.h"
 #include "KTX/TIM/KTX_TIM_StopWatch.h"
 #include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
-#include "KTX/TIM/KTX_TIM_SystemTime.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
 #include "faults/KTX_TIM_FaultListener.h"
 #include "faults/KTX_TIM_FaultOperation.h"
 #include "faults/KTX_TIM_FaultStage.h"
-#include "support/KTX_TIM_SystemTimeRecord.h"
+#include "faults/KTX_TIM_SystemTimeRoom.h"
 
 namespace KTX::TIM::TEST {
 namespace {
@@ -179,11 +178,6 @@ FaultOperationsT stopWatchOperations() {
             watch.elapsed();
           })};
 }
-
-struct SystemTimeRoomC {
-  SYSTEMTIME& asSystemTime() { return reinterpret_cast<SYSTEMTIME&>(record); }
-  SystemTimeRecordC record{2024, 3, 4, 7, 8, 9, 5, 42};
-};
 
 FaultOperationsT systemTimeOperations() {
   return {plain("getLocalSystemTime",

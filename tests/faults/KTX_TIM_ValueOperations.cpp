@@ -4,11 +4,10 @@
 
 #include "KTX/TIM/KTX_TIM_GpsLocal.h"
 #include "KTX/TIM/KTX_TIM_GpsTime.h"
-#include "KTX/TIM/KTX_TIM_SystemTime.h"
 #include "KTX/TIM/KTX_TIM_TimeKind.h"
 #include "faults/KTX_TIM_FaultOperation.h"
 #include "faults/KTX_TIM_FaultStage.h"
-#include "support/KTX_TIM_SystemTimeRecord.h"
+#include "faults/KTX_TIM_SystemTimeRoom.h"
 
 namespace KTX::TIM::TEST {
 namespace {
@@ -18,11 +17,6 @@ MjdTimeC const DAY(60376.25, TIMEBASE_UTC);
 
 YmdhmsC calendar(TimeBaseE timeBase) {
   return YmdhmsC(MjdTimeC(60376.25, timeBase), 1);
-}
-
-SYSTEMTIME const& systemTime() {
-  static SystemTimeRecordC const record{2024, 3, 4, 7, 8, 9, 5, 42};
-  return reinterpret_cast<SYSTEMTIME const&>(record);
 }
 
 // A value with a provider of the application, which may throw.
@@ -153,13 +147,15 @@ FaultOperationsT weekOperations() {
 }
 
 FaultOperationsT textOperations() {
-  return {plain("operator<< of GPSTimeC", [] { write(INSTANT); }),
-          plain("operator<< of GpsTimeC", [] { write(GpsTimeC(INSTANT)); }),
-          plain("operator<< of YmdhmsC", [] { write(calendar(TIMEBASE_UTC)); }),
-          plain("operator<< of a local YmdhmsC", [] { write(calendar(TIMEBASE_LOCAL)); }),
-          plain("operator<< of a kind of time", [] { write(TIMEKIND_SYS); }),
-          plain("operator<< of a system time", [] { write<SYSTEMTIME>(systemTime()); }),
-          plain("systemTimeToString", [] { systemTimeToString(systemTime()); })};
+  return {
+      plain("operator<< of GPSTimeC", [] { write(INSTANT); }),
+      plain("operator<< of GpsTimeC", [] { write(GpsTimeC(INSTANT)); }),
+      plain("operator<< of YmdhmsC", [] { write(calendar(TIMEBASE_UTC)); }),
+      plain("operator<< of a local YmdhmsC", [] { write(calendar(TIMEBASE_LOCAL)); }),
+      plain("operator<< of a kind of time", [] { write(TIMEKIND_SYS); }),
+      plain("operator<< of a system time",
+            [] { write<SYSTEMTIME>(SystemTimeRoomC().asSystemTime()); }),
+      plain("systemTimeToString", [] { systemTimeToString(SystemTimeRoomC().asSystemTime()); })};
 }
 
 }  // namespace
