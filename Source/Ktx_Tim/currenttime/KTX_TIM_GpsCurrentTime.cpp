@@ -10,7 +10,7 @@
 #include "currenttime/KTX_TIM_SysTimeOffset.h"
 #include "support/KTX_TIM_LogChannels.h"
 #include "support/KTX_TIM_ThreadId.h"
-#include "values/KTX_TIM_DayNumber.h"
+#include "values/KTX_TIM_WeekTime.h"
 
 namespace KTX::TIM {
 
@@ -50,7 +50,9 @@ GpsC GpsC::currentTime() {
 void GpsC::makeToCurrentTime() {
   Guard const guard(getTimeLock());
   LeapSecondProviderI* const ownProvider = provider;
-  *this = gpsTimeOf(presentUtc(SysTimeOffsetT::instance()).getDayNumber());
+  WeekTimeC const utc = weekTimeOf(presentUtc(SysTimeOffsetT::instance()).getDayNumber());
+  setRaw(utc.week, utc.msOfWeek);
+  provider = getDefaultLeapSecondProvider();
   utcToGps();  // by the default provider, whatever this value's own is
   provider = ownProvider;
 }

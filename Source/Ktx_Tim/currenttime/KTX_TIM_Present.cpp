@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "KTX/TIM/KTX_TIM_TimeConstants.h"
 #include "currenttime/KTX_TIM_SteadyTime.h"
 #include "currenttime/KTX_TIM_SysTimeOffset.h"
 
@@ -11,11 +12,12 @@ namespace KTX::TIM {
 MjdTimeC presentUtc(SysTimeOffsetT const& offset) {
   std::int64_t const steadyMs = offset.getSteadyClock().now().count();
   SteadyTimeC const& mapping = offset.getCurrentSysTime();
-  double const dt = static_cast<double>(elapsedMs(steadyMs, mapping.steadyMs)) / DAY_MS;
-  if (dt > 1.0) {
+  std::int64_t const elapsed = elapsedMs(steadyMs, mapping.steadyMs);
+  if (elapsed > MS_PER_DAY) {
     std::fputs("[KTX::TIM] Hoops wrong correction!\n", stdout);
     std::fflush(stdout);
   }
+  double const dt = static_cast<double>(elapsed) / DAY_MS;
   return MjdTimeC(mapping.mjd + dt, TIMEBASE_UTC);
 }
 

@@ -149,21 +149,16 @@ inline WeekTimeC joinWeekTime(JoinedFieldsC const& fields) {
   std::uint32_t const y = fields.year - isBeforeMarch;
   std::uint32_t const m = fields.month + 1 + 12 * isBeforeMarch;
   std::uint32_t const century = y / 100;
+  // m is at most 256, where 31335 / 1024 gives the same whole days as 30.6001.
   std::uint32_t const days =
-      y * 1461 / 4 - century + century / 4 + m * 306001 / 10000 + fields.day - EPOCH;
-  std::uint32_t week = days / 7;
-  std::int32_t ms = static_cast<std::int32_t>(days % 7 * MS_PER_DAY) + fields.hour * 3600000 +
-                    fields.minute * 60000 + fields.second * 1000 +
-                    static_cast<std::int32_t>(fields.milliseconds);
-  constexpr std::int32_t WEEK = MS_PER_WEEK;
-  if (ms < 0) {
-    ms += WEEK;
-    --week;
-  } else if (ms >= WEEK) {
-    week += static_cast<std::uint32_t>(ms / WEEK);
-    ms %= WEEK;
-  }
-  return {static_cast<std::uint16_t>(week), static_cast<std::uint32_t>(ms)};
+      y * 1461 / 4 - century + century / 4 + m * 31335 / 1024 + fields.day - EPOCH;
+  std::int32_t const msOfDay = fields.hour * 3600000 + fields.minute * 60000 +
+                               fields.second * 1000 +
+                               static_cast<std::int32_t>(fields.milliseconds);
+  // Days of 1980 at least, so that no negative milliseconds reach below the epoch.
+  auto const ms = static_cast<std::uint64_t>(std::int64_t{days} * MS_PER_DAY + msOfDay);
+  return {static_cast<std::uint16_t>(ms / MS_PER_WEEK),
+          static_cast<std::uint32_t>(ms % MS_PER_WEEK)};
 }
 
 }  // namespace KTX::TIM
