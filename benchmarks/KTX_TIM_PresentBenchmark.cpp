@@ -1,63 +1,41 @@
 // The present beside a reading of the system's clock, and one observation beside a bare filter
-// step. Runs without KTX_LOG: the library logs nothing here.
+// step.
 #include <absl/time/civil_time.h>
 #include <absl/time/clock.h>
 #include <absl/time/time.h>
 #include <cmath>
-#include <cstdint>
 
 #include <benchmark/benchmark.h>
 
 #include "KTX/TIM/KTX_TIM_ClockFactory.h"
-#include "KTX/TIM/KTX_TIM_Gps.h"
-#include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
-#include "KTX/TIM/KTX_TIM_TimeConstants.h"
-#include "KTX/TIM/KTX_TIM_Ymdhms.h"
+#include "KTX_TIM_ManyThreads.h"
+#include "KTX_TIM_PresentWorks.h"
 
+namespace KTX::TIM::BENCH {
 namespace {
 
-using KTX::TIM::GpsC;
+BENCHMARK_TEMPLATE(readPresentAsGpsTime, benchmark::State)->Name("BM_present_as_gps_time/vortime");
+BENCHMARK_TEMPLATE(readPresentAsCalendar, benchmark::State)->Name("BM_present_as_calendar/vortime");
 
-void presentGps(benchmark::State& state) {
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(GpsC::currentTime());
-  }
-}
-BENCHMARK(presentGps)->Name("BM_present_as_gps_time/vortime");
-
-void presentCivil(benchmark::State& state) {
+void readPresentAsCivilTime(benchmark::State& state) {
   absl::TimeZone const utc = absl::UTCTimeZone();
   for (auto _ : state) {
     benchmark::DoNotOptimize(utc.At(absl::Now()));
   }
 }
-BENCHMARK(presentCivil)->Name("BM_present_as_gps_time/absl");
+BENCHMARK(readPresentAsCivilTime)->Name("BM_present_as_gps_time/absl");
 
-void presentCalendar(benchmark::State& state) {
-  for (auto _ : state) {
-    KTX::TIM::YmdhmsC const now;
-    benchmark::DoNotOptimize(&now);
-  }
-}
-BENCHMARK(presentCalendar)->Name("BM_present_as_calendar/vortime");
+BENCHMARK_TEMPLATE(runInThreads, readPresentAsGpsTime<benchmark::State>)
+    ->Name("BM_present_as_gps_time/vortime")
+    ->Apply(useThreads);
+BENCHMARK_TEMPLATE(runInThreads, readPresentAsCivilTime)
+    ->Name("BM_present_as_gps_time/absl")
+    ->Apply(useThreads);
 
-// Observations of a receiver that agrees with the PC within 7 ms.
-void observation(benchmark::State& state) {
-  auto const clock =
-      KTX::TIM::createClock<boost::milli>(KTX::TIM::CLOCKTYPE_STEADY, KTX::TIM::CLOCKREF_DEFAULT);
-  KTX::TIM::resetSysTime();
-  auto const startGpsMs = static_cast<std::int64_t>(GpsC::currentTime().toMilliseconds64());
-  std::int64_t const startSteadyMs = clock->now().count();
-  std::int64_t number = 0;
-  for (auto _ : state) {
-    std::int64_t const errorMs = ++number % 15 - 7;
-    std::int64_t const gpsMs = startGpsMs + clock->now().count() - startSteadyMs + errorMs;
-    GpsC const observed(static_cast<std::uint16_t>(gpsMs / KTX::TIM::MS_PER_WEEK),
-                        static_cast<std::uint32_t>(gpsMs % KTX::TIM::MS_PER_WEEK));
-    benchmark::DoNotOptimize(observed.makeToCurrentTime(10, 1));
-  }
+void observeByTheSteadyClock(benchmark::State& state) {
+  observe(state, *createClock<boost::milli>(CLOCKTYPE_STEADY, CLOCKREF_DEFAULT), [] {});
 }
-BENCHMARK(observation)->Name("BM_observation/vortime");
+BENCHMARK(observeByTheSteadyClock)->Name("BM_observation/vortime");
 
 // Two predictions and one update of a one-state filter, without a clock, calendar, lock or log.
 void bareKalman(benchmark::State& state) {
@@ -84,3 +62,4 @@ void bareKalman(benchmark::State& state) {
 BENCHMARK(bareKalman)->Name("BM_observation/bare_kalman");
 
 }  // namespace
+}  // namespace KTX::TIM::BENCH

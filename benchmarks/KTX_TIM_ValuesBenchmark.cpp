@@ -3,87 +3,27 @@
 // "date" knows leap seconds, "date_without_leap_seconds" and "absl" do not; "erfa" does.
 #include <absl/strings/string_view.h>
 #include <absl/time/time.h>
-#include <array>
+#include <chrono>
 #include <cstdint>
-#include <cstring>
 #include <date/date.h>
 #include <date/tz.h>
 #include <erfa.h>
 #include <istream>
 #include <ostream>
-#include <streambuf>
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
-#include "KTX/TIM/KTX_TIM_GpsTime.h"
-#include "KTX/TIM/KTX_TIM_Ymdhms.h"
+#include "KTX_TIM_ManyThreads.h"
+#include "KTX_TIM_ValueWorks.h"
 
+namespace KTX::TIM::BENCH {
 namespace {
 
-using KTX::TIM::GPSTimeC;
-using KTX::TIM::GpsTimeC;
-using KTX::TIM::TIMEBASE_UTC;
-using KTX::TIM::YmdhmsC;
 using MillisecondsT = std::chrono::milliseconds;
 
-struct WeekC {
-  std::uint16_t week;
-  std::uint32_t msOfWeek;
-};
-
-/// What a conversion to UTC yields, and what one from UTC starts from.
-struct FieldsC {
-  int year;
-  int month;
-  int day;
-  int hour;
-  int minute;
-  int second;
-  int milliseconds;
-};
-
-bool operator==(FieldsC const& a, FieldsC const& b) {
-  return a.year == b.year && a.month == b.month && a.day == b.day && a.hour == b.hour &&
-         a.minute == b.minute && a.second == b.second && a.milliseconds == b.milliseconds;
-}
-
-constexpr std::size_t INPUTS = 1024;
-
-/// Instants from 2018 to 2045 in hundredths of a second, which every library here can hold, in no
-/// order that a branch predictor could learn.
-std::vector<WeekC> const& weeks() {
-  static std::vector<WeekC> const inputs = [] {
-    std::vector<WeekC> values;
-    std::uint64_t state = 88172645463325252U;
-    for (std::size_t i = 0; i < INPUTS; ++i) {
-      state ^= state << 13;
-      state ^= state >> 7;
-      state ^= state << 17;
-      values.push_back({static_cast<std::uint16_t>(2000 + state % 1400),
-                        static_cast<std::uint32_t>((state >> 20) % 60480000 * 10)});
-    }
-    return values;
-  }();
-  return inputs;
-}
-
 // GPS week and milliseconds to UTC calendar fields.
-
-FieldsC toUtcVorTime(WeekC const& input) {
-  GpsTimeC time(GPSTimeC(input.week, input.msOfWeek));
-  time.gpsToUtc();
-  time.setTimeBase(TIMEBASE_UTC);
-  YmdhmsC const utc(time);
-  return {utc.year,
-          utc.month,
-          utc.day,
-          utc.hour,
-          utc.minute,
-          utc.second,
-          static_cast<int>(utc.milliseconds)};
-}
 
 FieldsC fieldsOf(date::sys_time<MillisecondsT> const& time) {
   auto const days = date::floor<date::days>(time);
@@ -146,47 +86,29 @@ FieldsC toUtcErfa(WeekC const& input) {
   return fields;
 }
 
-template <class ConversionT>
-void convertToUtc(benchmark::State& state, ConversionT const& conversion) {
-  for (auto const& input : weeks()) {
-    if (!(conversion(input) == toUtcVorTime(input))) {
-      state.SkipWithError("a result differs");
-    }
-  }
-  std::size_t i = 0;
-  for (auto _ : state) {
-    FieldsC const fields = conversion(weeks()[i++ % INPUTS]);
-    benchmark::DoNotOptimize(fields);
-  }
-}
-BENCHMARK_CAPTURE(convertToUtc, vortime, toUtcVorTime)->Name("BM_gps_to_utc_calendar/vortime");
+BENCHMARK_TEMPLATE(convertGpsToUtcCalendar, benchmark::State)
+    ->Name("BM_gps_to_utc_calendar/vortime");
 BENCHMARK_CAPTURE(convertToUtc, date, toUtcDate)->Name("BM_gps_to_utc_calendar/date");
 BENCHMARK_CAPTURE(convertToUtc, plain, toUtcPlainDate)
     ->Name("BM_gps_to_utc_calendar/date_without_leap_seconds");
 BENCHMARK_CAPTURE(convertToUtc, absl, toUtcAbsl)->Name("BM_gps_to_utc_calendar/absl");
 BENCHMARK_CAPTURE(convertToUtc, erfa, toUtcErfa)->Name("BM_gps_to_utc_calendar/erfa");
 
+void convertToUtcByDate(benchmark::State& state) {
+  convertToUtc(state, toUtcDate);
+}
+
+BENCHMARK_TEMPLATE(runInThreads, convertGpsToUtcCalendar<benchmark::State>)
+    ->Name("BM_gps_to_utc_calendar/vortime")
+    ->Apply(useThreads);
+BENCHMARK_TEMPLATE(runInThreads, convertToUtcByDate)
+    ->Name("BM_gps_to_utc_calendar/date")
+    ->Apply(useThreads);
+
 // UTC calendar fields to GPS week and milliseconds.
 
 WeekC weekOf(std::int64_t ms) {
   return {static_cast<std::uint16_t>(ms / 604800000), static_cast<std::uint32_t>(ms % 604800000)};
-}
-
-YmdhmsC const BLANK = YmdhmsC::zero(TIMEBASE_UTC, 1);
-
-WeekC toGpsVorTime(FieldsC const& input) {
-  YmdhmsC utc = BLANK;
-  utc.year = static_cast<std::uint16_t>(input.year);
-  utc.month = static_cast<std::uint8_t>(input.month);
-  utc.day = static_cast<std::uint8_t>(input.day);
-  utc.hour = static_cast<std::uint8_t>(input.hour);
-  utc.minute = static_cast<std::uint8_t>(input.minute);
-  utc.second = static_cast<std::uint8_t>(input.second);
-  utc.hundredths = static_cast<std::uint8_t>(input.milliseconds / 10);
-  utc.milliseconds = input.milliseconds;
-  GpsTimeC time(utc);
-  time.utcToGps();
-  return {time.getWeek(), time.getMsOfWeek()};
 }
 
 date::sys_time<MillisecondsT> timeOf(FieldsC const& input) {
@@ -225,32 +147,8 @@ WeekC toGpsErfa(FieldsC const& input) {
   return weekOf(static_cast<std::int64_t>(ms + 0.5));
 }
 
-std::vector<FieldsC> const& calendars() {
-  static std::vector<FieldsC> const inputs = [] {
-    std::vector<FieldsC> values;
-    for (auto const& input : weeks()) {
-      values.push_back(toUtcVorTime(input));
-    }
-    return values;
-  }();
-  return inputs;
-}
-
-template <class ConversionT>
-void convertToGps(benchmark::State& state, ConversionT const& conversion) {
-  for (std::size_t i = 0; i < INPUTS; ++i) {
-    WeekC const result = conversion(calendars()[i]);
-    if (result.week != weeks()[i].week || result.msOfWeek != weeks()[i].msOfWeek) {
-      state.SkipWithError("a result differs");
-    }
-  }
-  std::size_t i = 0;
-  for (auto _ : state) {
-    WeekC const result = conversion(calendars()[i++ % INPUTS]);
-    benchmark::DoNotOptimize(result);
-  }
-}
-BENCHMARK_CAPTURE(convertToGps, vortime, toGpsVorTime)->Name("BM_utc_calendar_to_gps/vortime");
+BENCHMARK_TEMPLATE(convertUtcCalendarToGps, benchmark::State)
+    ->Name("BM_utc_calendar_to_gps/vortime");
 BENCHMARK_CAPTURE(convertToGps, date, toGpsDate)->Name("BM_utc_calendar_to_gps/date");
 BENCHMARK_CAPTURE(convertToGps, plain, toGpsPlainDate)
     ->Name("BM_utc_calendar_to_gps/date_without_leap_seconds");
@@ -259,36 +157,7 @@ BENCHMARK_CAPTURE(convertToGps, erfa, toGpsErfa)->Name("BM_utc_calendar_to_gps/e
 
 // ISO text, of one value a call, into a stream over one buffer and out of one.
 
-class BufferC : public std::streambuf {
- public:
-  void rewindForOutput() { setp(text.data(), text.data() + text.size()); }
-  void rewindForInput(std::string const& source) {
-    std::memcpy(text.data(), source.data(), source.size());
-    setg(text.data(), text.data(), text.data() + source.size());
-  }
-  char const* data() const { return text.data(); }
-
- private:
-  std::array<char, 64> text{};
-};
-
-void writeVorTime(benchmark::State& state) {
-  std::vector<YmdhmsC> inputs;
-  for (auto const& input : weeks()) {
-    YmdhmsC value{GPSTimeC(input.week, input.msOfWeek)};
-    value.toUtc();
-    inputs.push_back(value);
-  }
-  BufferC buffer;
-  std::ostream stream(&buffer);
-  std::size_t i = 0;
-  for (auto _ : state) {
-    buffer.rewindForOutput();
-    stream << inputs[i++ % INPUTS];
-    benchmark::DoNotOptimize(buffer.data());
-  }
-}
-BENCHMARK(writeVorTime)->Name("BM_iso_text_out/vortime");
+BENCHMARK_TEMPLATE(writeIsoText, benchmark::State)->Name("BM_iso_text_out/vortime");
 
 using CentisecondsT = std::chrono::duration<std::int64_t, std::centi>;
 
@@ -302,7 +171,7 @@ std::vector<date::sys_time<CentisecondsT>> dateInputs() {
 
 void writeDate(benchmark::State& state) {
   auto const inputs = dateInputs();
-  BufferC buffer;
+  OneTextBufferC buffer;
   std::ostream stream(&buffer);
   std::size_t i = 0;
   for (auto _ : state) {
@@ -329,34 +198,11 @@ void writeAbsl(benchmark::State& state) {
 }
 BENCHMARK(writeAbsl)->Name("BM_iso_text_out/absl");
 
-std::vector<std::string> texts() {
-  std::vector<std::string> values;
-  for (auto const& time : dateInputs()) {
-    values.push_back(date::format("%FT%TZ", time));
-  }
-  return values;
-}
-
-void readVorTime(benchmark::State& state) {
-  auto const inputs = texts();
-  BufferC buffer;
-  std::istream stream(&buffer);
-  YmdhmsC value = YmdhmsC::zero();
-  std::size_t i = 0;
-  for (auto _ : state) {
-    buffer.rewindForInput(inputs[i++ % INPUTS]);
-    stream >> value;
-    benchmark::DoNotOptimize(value);
-  }
-  if (!stream) {
-    state.SkipWithError("a text was not read");
-  }
-}
-BENCHMARK(readVorTime)->Name("BM_iso_text_in/vortime");
+BENCHMARK_TEMPLATE(readIsoText, benchmark::State)->Name("BM_iso_text_in/vortime");
 
 void readDate(benchmark::State& state) {
-  auto const inputs = texts();
-  BufferC buffer;
+  auto const inputs = isoTexts();
+  OneTextBufferC buffer;
   std::istream stream(&buffer);
   date::sys_time<CentisecondsT> value;
   std::size_t i = 0;
@@ -372,7 +218,7 @@ void readDate(benchmark::State& state) {
 BENCHMARK(readDate)->Name("BM_iso_text_in/date");
 
 void readAbsl(benchmark::State& state) {
-  auto const inputs = texts();
+  auto const inputs = isoTexts();
   absl::Time value;
   std::string error;
   bool isRead = true;
@@ -389,25 +235,9 @@ BENCHMARK(readAbsl)->Name("BM_iso_text_in/absl");
 
 // Arithmetic, without a peer.
 
-void addMilliseconds(benchmark::State& state) {
-  GPSTimeC time(2304, 0);
-  std::size_t i = 0;
-  for (auto _ : state) {
-    time += std::int64_t{weeks()[i++ % INPUTS].msOfWeek} - 302400000;
-    benchmark::DoNotOptimize(time);
-  }
-}
-BENCHMARK(addMilliseconds)->Name("BM_add_milliseconds/vortime");
-
-void calendarToUtc(benchmark::State& state) {
-  std::size_t i = 0;
-  for (auto _ : state) {
-    auto const& input = weeks()[i++ % INPUTS];
-    YmdhmsC value{GPSTimeC(input.week, input.msOfWeek)};
-    value.toUtc();
-    benchmark::DoNotOptimize(value);
-  }
-}
-BENCHMARK(calendarToUtc)->Name("BM_gps_calendar_to_utc_calendar/vortime");
+BENCHMARK_TEMPLATE(addMilliseconds, benchmark::State)->Name("BM_add_milliseconds/vortime");
+BENCHMARK_TEMPLATE(convertGpsCalendarToUtcCalendar, benchmark::State)
+    ->Name("BM_gps_calendar_to_utc_calendar/vortime");
 
 }  // namespace
+}  // namespace KTX::TIM::BENCH

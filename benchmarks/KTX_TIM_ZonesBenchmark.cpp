@@ -8,37 +8,10 @@
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_TimeZone.h"
-#include "KTX/TIM/KTX_TIM_WindowsZoneNames.h"
+#include "KTX_TIM_ZoneWorks.h"
 
+namespace KTX::TIM::BENCH {
 namespace {
-
-using KTX::TIM::getIanaZoneName;
-using KTX::TIM::getTimeZoneInstance;
-using KTX::TIM::getWindowsZoneName;
-using KTX::TIM::RC_OK;
-
-// Names from the front, the middle and the back of the table, or such that stand nowhere in it.
-constexpr wchar_t const* IANA_HITS[] = {L"Africa/Cairo", L"America/New_York", L"Asia/Tokyo",
-                                        L"Europe/Berlin"};
-constexpr wchar_t const* IANA_MISSES[] = {L"Africa/Nowhere", L"America/Nowhere", L"Asia/Nowhere",
-                                          L"Europe/Nowhere"};
-constexpr wchar_t const* WINDOWS_HITS[] = {L"Egypt Standard Time", L"Eastern Standard Time",
-                                           L"Tokyo Standard Time", L"W. Europe Standard Time"};
-constexpr wchar_t const* WINDOWS_MISSES[] = {L"Egypt Summer Time", L"Eastern Summer Time",
-                                             L"Tokyo Summer Time", L"W. Europe Summer Time"};
-constexpr std::size_t NAME_COUNT = 4;
-
-using LookupT = std::uint32_t (*)(std::wstring const&, std::wstring&);
-
-void lookUp(benchmark::State& state, LookupT lookup, wchar_t const* const (&names)[NAME_COUNT]) {
-  std::wstring const keys[NAME_COUNT] = {names[0], names[1], names[2], names[3]};
-  std::wstring found;
-  std::size_t next = 0;
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(lookup(keys[next++ % NAME_COUNT], found));
-    benchmark::DoNotOptimize(found);
-  }
-}
 
 icu::UnicodeString icuText(wchar_t const* text) {
   std::wstring const wide(text);
@@ -68,10 +41,7 @@ void toWindows(icu::UnicodeString const& name, icu::UnicodeString& found, UError
   icu::TimeZone::getWindowsID(name, found, code);
 }
 
-void BM_windows_zone_name_hit_vortime(benchmark::State& state) {
-  lookUp(state, getWindowsZoneName, IANA_HITS);
-}
-BENCHMARK(BM_windows_zone_name_hit_vortime)->Name("BM_windows_zone_name_hit/vortime");
+BENCHMARK_TEMPLATE(hitWindowsZoneName, benchmark::State)->Name("BM_windows_zone_name_hit/vortime");
 
 void BM_windows_zone_name_hit_id(benchmark::State& state) {
   lookUpInIcu(state, toIana, WINDOWS_HITS);
@@ -83,10 +53,8 @@ void BM_windows_zone_name_hit_windows(benchmark::State& state) {
 }
 BENCHMARK(BM_windows_zone_name_hit_windows)->Name("BM_windows_zone_name_hit/icu_getWindowsID");
 
-void BM_windows_zone_name_miss_vortime(benchmark::State& state) {
-  lookUp(state, getWindowsZoneName, IANA_MISSES);
-}
-BENCHMARK(BM_windows_zone_name_miss_vortime)->Name("BM_windows_zone_name_miss/vortime");
+BENCHMARK_TEMPLATE(missWindowsZoneName, benchmark::State)
+    ->Name("BM_windows_zone_name_miss/vortime");
 
 void BM_windows_zone_name_miss_id(benchmark::State& state) {
   lookUpInIcu(state, toIana, WINDOWS_MISSES);
@@ -98,20 +66,14 @@ void BM_windows_zone_name_miss_windows(benchmark::State& state) {
 }
 BENCHMARK(BM_windows_zone_name_miss_windows)->Name("BM_windows_zone_name_miss/icu_getWindowsID");
 
-void BM_iana_zone_name_hit_vortime(benchmark::State& state) {
-  lookUp(state, getIanaZoneName, WINDOWS_HITS);
-}
-BENCHMARK(BM_iana_zone_name_hit_vortime)->Name("BM_iana_zone_name_hit/vortime");
+BENCHMARK_TEMPLATE(hitIanaZoneName, benchmark::State)->Name("BM_iana_zone_name_hit/vortime");
 
 void BM_iana_zone_name_hit_id(benchmark::State& state) {
   lookUpInIcu(state, toIana, WINDOWS_HITS);
 }
 BENCHMARK(BM_iana_zone_name_hit_id)->Name("BM_iana_zone_name_hit/icu_getIDForWindowsID");
 
-void BM_iana_zone_name_miss_vortime(benchmark::State& state) {
-  lookUp(state, getIanaZoneName, WINDOWS_MISSES);
-}
-BENCHMARK(BM_iana_zone_name_miss_vortime)->Name("BM_iana_zone_name_miss/vortime");
+BENCHMARK_TEMPLATE(missIanaZoneName, benchmark::State)->Name("BM_iana_zone_name_miss/vortime");
 
 void BM_iana_zone_name_miss_id(benchmark::State& state) {
   lookUpInIcu(state, toIana, WINDOWS_MISSES);
@@ -119,7 +81,7 @@ void BM_iana_zone_name_miss_id(benchmark::State& state) {
 BENCHMARK(BM_iana_zone_name_miss_id)->Name("BM_iana_zone_name_miss/icu_getIDForWindowsID");
 
 void BM_zone_list_vortime(benchmark::State& state) {
-  KTX::TIM::TimeZoneC::ZoneNamesT zones;
+  TimeZoneC::ZoneNamesT zones;
   for (auto _ : state) {
     if (getTimeZoneInstance().getTimeZoneList(zones) != RC_OK) {
       state.SkipWithError("no zones");
@@ -145,7 +107,7 @@ void BM_zone_tree_build_vortime(benchmark::State& state) {
 BENCHMARK(BM_zone_tree_build_vortime)->Name("BM_zone_tree_build/vortime");
 
 void BM_utc_offset_vortime(benchmark::State& state) {
-  KTX::TIM::GpsC const time(0, 0);
+  GpsC const time(0, 0);
   for (auto _ : state) {
     benchmark::DoNotOptimize(getTimeZoneInstance().getUtcOffset(time));
   }
@@ -153,3 +115,4 @@ void BM_utc_offset_vortime(benchmark::State& state) {
 BENCHMARK(BM_utc_offset_vortime)->Name("BM_utc_offset/vortime");
 
 }  // namespace
+}  // namespace KTX::TIM::BENCH

@@ -8,7 +8,7 @@ packages="
   googletest g++-mingw-w64-x86-64-posix wine wine64
   clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 gcovr
   libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev libgps-dev gpsd gpsd-clients python3-gps tzdata
-  libhowardhinnant-date-dev libabsl-dev liberfa-dev libicu-dev libbenchmark-dev
+  libhowardhinnant-date-dev libabsl-dev liberfa-dev libicu-dev libbenchmark-dev valgrind
   doxygen gnuplot-nox"
 if [ "${1:-}" = --list ]; then
   echo $packages
