@@ -6,7 +6,7 @@ help:
 	@echo "make test      set up, build and run all tests: Linux, sanitizers, Windows under Wine"
 	@echo "make package   archives for Linux and Windows in dist/"
 	@echo "make docs      interface reference in build/docs/html"
-	@echo "make bench     speed beside the peers, as ratios, in docs/PERFORMANCE.md"
+	@echo "make bench     speed beside the peers, instructions, and how cost grows, in docs/PERFORMANCE.md"
 	@echo "make fuzz      fuzz every reader and rule, 10 minutes a target (SECONDS=n for another time)"
 	@echo "make stress    the reader/writer lock under many threads, some minutes"
 	@echo "make mutation  changes the sources in small ways and counts the changes that the unit tests notice"
