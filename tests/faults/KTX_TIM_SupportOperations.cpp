@@ -24,14 +24,18 @@ FaultOperationC onSpinLock(std::string const& name, ActionT const& action) {
           }};
 }
 
+void logUnder(Lock& lock) {
+  Guard const guard(lock);
+  logAssertion();
+}
+
 FaultOperationC onMutex() {
   return {"Guard around what throws", [](FaultStageC& /*stage*/) {
             auto const mutex = std::make_shared<Mutex>();
             return CallC{[mutex] {
                            Guard const timeGuard(getTimeLock());
                            Guard const guard(*mutex);
-                           Guard const again(*mutex);
-                           logAssertion();
+                           logUnder(*mutex);
                          },
                          [mutex] {
                            Guard const guard(*mutex);

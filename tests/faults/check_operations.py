@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks that the tables of operations, which the sweeps run with every fault, refer to every exported function.
 
-check_operations.py NM DEF OBJECT...
+check_operations.py NM CXXFILT DEF OBJECT...
 
 What is exempt stands below with its reason; an exemption that no export needs any more is an error too.
 """
@@ -29,27 +29,19 @@ def output(command, text=None):
     return subprocess.run(command, check=True, capture_output=True, text=True, input=text).stdout
 
 
-def plain(name):
-    """One spelling for both systems, whose 64-bit integer has another name on each."""
-    name = name.replace("long long", "long").replace("_SYSTEMTIME", "SYSTEMTIME")
-    return re.sub(r"(\d)ll\b", r"\1l", name)
-
-
-def exported_functions(nm, path):
-    """The names of the functions; the several forms of a constructor or destructor have one."""
-    symbols = re.findall(r"^\s+(\S+)\s+@\d+\s+NONAME$", Path(path).read_text(encoding="ascii"), re.M)
-    filt = re.sub(r"nm(-\d+)?$", "c++filt", nm)
-    return {plain(name) for name in output([filt, "--no-strip-underscore", "--no-verbose"], "\n".join(symbols)).splitlines()}
-
-
-def used_functions(nm, objects):
-    undefined = output([nm, "-C", "-u", *objects])
-    return {plain(match) for match in re.findall(r"^\s+U (.+)$", undefined, re.M)}
+def names(cxxfilt, symbols):
+    """As people write them: one name for the several forms of a constructor or destructor, and one spelling for both
+    systems, whose 64-bit integer has another name on each."""
+    text = output([cxxfilt, "--no-strip-underscore", "--no-verbose"], "\n".join(symbols))
+    text = text.replace("long long", "long").replace("_SYSTEMTIME", "SYSTEMTIME")
+    return set(re.sub(r"(\d)ll\b", r"\1l", text).splitlines())
 
 
 def main():
-    nm, deffile, *objects = sys.argv[1:]
-    exported, used = exported_functions(nm, deffile), used_functions(nm, objects)
+    nm, cxxfilt, deffile, *objects = sys.argv[1:]
+    listed = re.findall(r"^\s+(\S+)\s+@\d+\s+NONAME$", Path(deffile).read_text(encoding="ascii"), re.M)
+    exported = names(cxxfilt, listed)
+    used = names(cxxfilt, re.findall(r"^\s+U (\S+)$", output([nm, "-u", *objects]), re.M))
     bad = [f"in no sweep: {name}" for name in sorted(exported - used - EXEMPT.keys())]
     bad += [f"exempt without need: {name}" for name in sorted(EXEMPT.keys() - exported | EXEMPT.keys() & used)]
     print("\n".join(bad) or f"{len(exported & used)} functions swept, {len(EXEMPT)} exempt")
