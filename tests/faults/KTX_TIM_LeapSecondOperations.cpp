@@ -12,7 +12,8 @@ namespace {
 
 UtcLeapSecondRecord const FORCED{LEAPSECOND_FORCED, 17, 17, 1929, 7, true};
 UtcLeapSecondRecord const ANNOUNCED{LEAPSECOND_GPS, 18, 18, 2308, 1, true};  // 2024-03-31
-UtcLeapSecondRecord const OLDER{LEAPSECOND_GPS, 17, 17, 1851, 4, true};      // 2015-06-30
+UtcLeapSecondRecord const OLDER{LEAPSECOND_GPS, 17, 17, 1851, 3, true};      // 2015-06-30
+UtcLeapSecondRecord const HELD{LEAPSECOND_GPS, 18, 18, 2303, 5, true};       // by the stage
 UtcLeapSecondRecord const INVALID{LEAPSECOND_GPS, 17, 19, 1929, 7, true};
 UtcLeapSecondRecord const UNKNOWN_WITH_A_DAY{LEAPSECOND_DEFAULT, 18, 18, 5, 3, false};
 
@@ -36,6 +37,7 @@ FaultOperationsT setterOperations() {
       setting("setUtcLeapSecond of a forced record, the present carried over", FORCED, true),
       setting("setUtcLeapSecond of an announcement", ANNOUNCED, true),
       setting("setUtcLeapSecond of an older record", OLDER, true),
+      setting("setUtcLeapSecond of the record held", HELD, true),
       setting("setUtcLeapSecond of an invalid record", INVALID, true),
       withdrawing("setUtcLeapSecond withdrawing the forced record", false),
       withdrawing("setUtcLeapSecond withdrawing the forced record, the present carried over", true),

@@ -87,6 +87,11 @@ FaultOperationsT clockOperations() {
        [](FaultStageC& stage) {
          return CallC{[&stage] { setSysTimeClocks(stage.present.utc, stage.present.steady); }, {}};
        }},
+      {"setSysTimeClocks of a clock without an epoch",
+       [](FaultStageC& stage) {
+         auto const counter = boost::make_shared<FakeClockC>(FakePresentC::THURSDAY_MS + 5000);
+         return CallC{[&stage, counter] { setSysTimeClocks(counter, stage.present.steady); }, {}};
+       }},
       plain("setSysTimeClocks of none", [] { setSysTimeClocks(nullptr, nullptr); })};
 }
 

@@ -44,6 +44,19 @@ FaultOperationC firstListenerOperation() {
           }};
 }
 
+// It has no signal any more, which the change of its zone reports.
+FaultOperationC movedFromOperation() {
+  return {"setTimeZone of a zone moved from",
+          [](FaultStageC& /*stage*/) {
+            auto const zone = std::make_shared<TimeZoneWindowsC>();
+            TimeZoneWindowsC const moved(std::move(*zone));
+            zone->setTimeZone(LONDON);
+            return CallC{[zone] { zone->TimeZoneWindowsC::setTimeZone(BERLIN); },
+                         [zone] { return nameOf(*zone); }};
+          },
+          true};
+}
+
 FaultOperationsT changeOperations() {
   FaultOperationC set = onHeldZone(
       "setTimeZone", [](TimeZoneWindowsC& zone) { zone.TimeZoneWindowsC::setTimeZone(BERLIN); });
@@ -71,6 +84,7 @@ FaultOperationsT changeOperations() {
                   // NOLINTNEXTLINE(bugprone-use-after-move): meant
                   static_cast<void>(zone.connectTimeZoneChanged([] {}));
                 }),
+          movedFromOperation(),
           firstListenerOperation()};
 }
 

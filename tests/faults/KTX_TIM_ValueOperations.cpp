@@ -4,6 +4,8 @@
 
 #include "KTX/TIM/KTX_TIM_GpsLocal.h"
 #include "KTX/TIM/KTX_TIM_GpsTime.h"
+#include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
+#include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_TimeKind.h"
 #include "faults/KTX_TIM_FaultOperation.h"
 #include "faults/KTX_TIM_FaultStage.h"
@@ -27,6 +29,21 @@ FaultOperationC withProvider(std::string const& name, ActionT const& action) {
             *value += INSTANT;
             return CallC{[value, action] { action(*value); }, [value] { return textOf(*value); }};
           }};
+}
+
+// Fails every query.
+class RefusingProviderC : public LeapSecondProviderI {
+ public:
+  std::uint32_t getLeapSecond(GpsC const& /*time*/,
+                              UtcLeapSecondRecord& /*record*/,
+                              GpsC* /*effectivity*/) override {
+    return RC_FAILED;
+  }
+};
+
+LeapSecondProviderI* refusingProvider() {
+  static RefusingProviderC provider;
+  return &provider;
 }
 
 // Local times: the system is asked for the offset, and where it refuses there is none.
@@ -141,6 +158,10 @@ FaultOperationsT weekOperations() {
                    [](GpsC& value) { value.utcToGps(); }),
           changing("GpsC::getLeapSeconds without a provider", GpsC(none),
                    [](GpsC& value) { value.getLeapSeconds(); }),
+          changing("GpsC::gpsToUtc with a provider that fails", GpsC(refusingProvider()),
+                   [](GpsC& value) { value.gpsToUtc(); }),
+          changing("GpsC::utcToGps with a provider that fails", GpsC(refusingProvider()),
+                   [](GpsC& value) { value.utcToGps(); }),
           withProvider("GpsC::gpsToUtc", [](GpsC& value) { value.gpsToUtc(); }),
           withProvider("GpsC::utcToGps", [](GpsC& value) { value.utcToGps(); }),
           withProvider("GpsC::getLeapSeconds", [](GpsC& value) { value.getLeapSeconds(); })};
