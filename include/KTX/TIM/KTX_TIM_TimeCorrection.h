@@ -22,9 +22,11 @@ using TimeSignalSlot = boost::signals2::slot<void(int week, int millisecondsOfWe
 
 /// Connects a listener to released corrections. It runs on the thread that delivered the
 /// observation, after that step released the library-wide lock, and may call back into the
-/// library. A caller that holds the lock itself still holds it then.
+/// library. A caller that holds the lock itself still holds it then. What a listener throws reaches
+/// that thread with the correction in force, and listeners after it are not called.
 KTX_TIM_API boost::signals2::connection connectTimeCorrected(TimeCorrectedSlot const& slot);
-/// Connects a listener to the time signal. It runs on the thread that emits the signal.
+/// Connects a listener to the time signal. It runs on the thread that emits the signal, and what it
+/// throws reaches that thread; listeners after it are not called.
 KTX_TIM_API boost::signals2::connection connectTimeSignal(TimeSignalSlot const& slot);
 
 }  // namespace KTX::TIM

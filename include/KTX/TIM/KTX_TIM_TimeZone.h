@@ -29,7 +29,9 @@ class TimeZoneC {
 
   virtual ~TimeZoneC() = default;
 
-  /// Subscribes to changes of the library's zone.
+  /// Subscribes to changes of the library's zone. A slot runs on the thread that set it, after the
+  /// library-wide lock is released, and may call back. What it throws reaches that thread with the
+  /// new zone held, and slots after it are not called.
   virtual boost::signals2::connection connectTimeZoneChanged(
       boost::function<void()> const& slot) = 0;
   /// All zones of the system, sorted by display name.
