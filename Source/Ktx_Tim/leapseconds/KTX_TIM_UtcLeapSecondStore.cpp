@@ -103,7 +103,8 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
   std::uint64_t futureFromMs KTX_TIM_GUARDED_BY(mutex) = NEVER;
 };
 
-UtcLeapSecondStore& leapSecondStore() {
+// Inline: every value that is built asks for it.
+inline UtcLeapSecondStore& leapSecondStore() {
   static UtcLeapSecondStore store;
   return store;
 }
