@@ -1,9 +1,10 @@
 # Thin fronts; the presets and scripts do the work.
-.PHONY: help demo test stress lint format tidy coverage package bench fuzz docs mutation
+.PHONY: help demo test clang stress lint format tidy coverage package bench fuzz docs mutation
 
 help:
 	@echo "make demo      set up, build and replay a recorded receiver; ends with a summary and a picture"
 	@echo "make test      set up, build and run all tests: Linux, sanitizers, Windows under Wine"
+	@echo "make clang     all tests built with clang, unoptimised and at -O3"
 	@echo "make package   archives for Linux and Windows in dist/"
 	@echo "make docs      interface reference in build/docs/html"
 	@echo "make bench     speed beside the peers, instructions, and how cost grows, in docs/PERFORMANCE.md"
@@ -20,6 +21,9 @@ demo:
 
 test:
 	@tools/run_tests.sh
+
+clang:
+	@tools/run_tests.sh linux-clang linux-clang-release
 
 lint:
 	@tools/install_packages.sh

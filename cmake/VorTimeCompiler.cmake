@@ -45,7 +45,7 @@ if(NOT MSVC)
               -Wformat=2
               -Wundef
               -Wcast-qual
-              $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>
+              $<$<AND:$<CXX_COMPILER_ID:Clang>,$<NOT:$<BOOL:$<TARGET_PROPERTY:VORTIME_TEST>>>>:-Wthread-safety>
               $<$<BOOL:${VORTIME_WERROR}>:-Werror>)
 endif()
 

@@ -60,15 +60,6 @@ required_step "packages" tools/install_packages.sh
 required_step "format" tools/check_format.sh
 for preset in "${presets[@]}"; do
   required_step "$preset: configure" cmake --preset "$preset"
-  if [ "$preset" = linux-clang ]; then
-    # For its warnings, the thread safety analysis among them, and for the tests that fix every bit of a result.
-    exact=(test_values test_filter test_observation)
-    required_step "$preset: build" cmake --build --preset "$preset" -j "$jobs" --target VorTime Logging "${exact[@]}"
-    for program in "${exact[@]}"; do
-      required_step "$preset: $program" "build/$preset/bin/$program" --gtest_brief=1
-    done
-    continue
-  fi
   required_step "$preset: build" cmake --build --preset "$preset" -j "$jobs"
   if ! test_preset "$preset"; then
     [ "$failed" -gt 0 ] || failed=1

@@ -14,7 +14,7 @@ class ClockFactory : public ::testing::Test {
 };
 
 using PeriodsT = ::testing::Types<boost::milli, boost::nano>;
-TYPED_TEST_SUITE(ClockFactory, PeriodsT);
+TYPED_TEST_SUITE(ClockFactory, PeriodsT, );
 
 TYPED_TEST(ClockFactory, CorrectsAReferenceThatDoesNotFit) {
   struct {

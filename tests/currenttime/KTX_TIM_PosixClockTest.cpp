@@ -98,7 +98,7 @@ TEST(PosixClock, ReadsTheSystemsUtc) {
 template <class Period>
 class PosixClockPeriod : public ::testing::Test {};
 using PeriodsT = ::testing::Types<boost::milli, boost::nano>;
-TYPED_TEST_SUITE(PosixClockPeriod, PeriodsT);
+TYPED_TEST_SUITE(PosixClockPeriod, PeriodsT, );
 
 TYPED_TEST(PosixClockPeriod, KeepsItsReference) {
   for (auto const reference : {CLOCKREF_UTC, CLOCKREF_LOCAL, CLOCKREF_NONE}) {

@@ -19,7 +19,7 @@ class FakeHostC {
   FakeSystemCallsC fake;
 };
 
-INSTANTIATE_TYPED_TEST_SUITE_P(Fake, RegistryContract, FakeHostC);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, RegistryContract, FakeHostC, );
 
 }  // namespace
 }  // namespace KTX::TIM::TEST

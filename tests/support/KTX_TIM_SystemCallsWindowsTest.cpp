@@ -58,7 +58,7 @@ class ScratchHiveC {
   HKEY root = nullptr;
 };
 
-INSTANTIATE_TYPED_TEST_SUITE_P(Windows, RegistryContract, ScratchHiveC);
+INSTANTIATE_TYPED_TEST_SUITE_P(Windows, RegistryContract, ScratchHiveC, );
 
 TEST(SystemCallsWindows, GiveTheZoneInformation) {
   TIME_ZONE_INFORMATION expected{};
