@@ -34,11 +34,11 @@ class RecursiveMutexC {
     }
     if (waiters.load(std::memory_order_relaxed) > 0) {
       releaseToWaiter();
-      return;
+    } else {
+      // A thread that begins to wait at this moment is not woken; it looks again by itself. A
+      // second interlocked instruction, which would see it, costs as much as the first.
+      owner.store(0, std::memory_order_release);
     }
-    // A thread that begins to wait at this moment is not woken; it looks again by itself. A second
-    // interlocked instruction, which would see it, costs as much as the first.
-    owner.store(0, std::memory_order_release);
   }
 
  private:
