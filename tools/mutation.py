@@ -17,6 +17,7 @@ import re
 import shutil
 import subprocess
 import sys
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutation"
@@ -86,10 +87,11 @@ def read_accepted(path):
     return {"\t".join(line.split("\t")[:3]) for line in lines if line and not line.startswith("#")}
 
 
-def run(command, cwd, timeout):
-    environment = dict(os.environ, LC_ALL="C.UTF-8", CCACHE_DISABLE="1")
+def run(command, folder, timeout):
+    # With paths taken relative to the copy, each finds in a compiler cache what the other has compiled.
+    environment = dict(os.environ, LC_ALL="C.UTF-8", CCACHE_BASEDIR=str(folder), CCACHE_NOHASHDIR="1")
     try:
-        return subprocess.run(command, cwd=cwd, timeout=timeout, env=environment, stdin=subprocess.DEVNULL,
+        return subprocess.run(command, cwd=folder, timeout=timeout, env=environment, stdin=subprocess.DEVNULL,
                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
     except subprocess.TimeoutExpired:
         return False
@@ -100,7 +102,7 @@ class Tree:
 
     def __init__(self, index, plan):
         self.source = WORK / f"tree{index}"
-        self.build = WORK / f"build{index}"
+        self.build = self.source / "build"
         tracked = subprocess.run(["git", "ls-files", "-z"], cwd=ROOT, check=True, capture_output=True).stdout
         shutil.rmtree(self.source, ignore_errors=True)
         for name in tracked.decode().split("\0"):
@@ -109,18 +111,25 @@ class Tree:
                 shutil.copy2(ROOT / name, self.source / name)
         programs = sorted({program.split(":")[0] for row in plan.values() for program in row})
         if not run(["cmake", "-G", "Ninja", "-S", self.source, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
-                    "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DVORTIME_WERROR=OFF"], ROOT, 300):
+                    "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DVORTIME_WERROR=OFF"], self.source, 300):
             sys.exit("mutation: the copy does not configure")
-        if not run(["cmake", "--build", self.build, "--target", *programs], ROOT, 3600):
+        if not run(["cmake", "--build", self.build, "--target", *programs], self.source, 3600):
             sys.exit("mutation: the copy does not build")
 
-    def passes(self, program, timeout=120):
+    def seconds(self, program):
+        """What the program takes on the unchanged sources."""
+        start = time.monotonic()
+        if not self.passes(program, 600):
+            sys.exit(f"mutation: {program} fails without any change")
+        return time.monotonic() - start
+
+    def passes(self, program, timeout):
         name, _, tests = program.partition(":")
         command = [self.build / "bin" / name, "--gtest_brief=1", "--gtest_fail_fast=1"]
         return run(command + ([f"--gtest_filter={tests}"] if tests else []), self.build, timeout)
 
-    def judge(self, mutant, programs):
-        """'noticed', 'survived' or 'not a program' (does not compile)."""
+    def judge(self, mutant, programs, timeouts):
+        """'noticed' (a test fails or does not end), 'survived' or 'not a program' (does not compile)."""
         path = self.source / mutant.path
         original = path.read_text(encoding="utf-8")
         lines = original.split("\n")
@@ -128,9 +137,10 @@ class Tree:
         path.write_text("\n".join(lines), encoding="utf-8")
         try:
             for program in programs:
-                if not run(["cmake", "--build", self.build, "--target", program.split(":")[0]], ROOT, 600):
+                build = ["cmake", "--build", self.build, "--target", program.split(":")[0]]
+                if not run(build, self.source, 600):
                     return "not a program"
-                if not self.passes(program):
+                if not self.passes(program, timeouts[program]):
                     return "noticed"
             return "survived"
         finally:
@@ -154,16 +164,15 @@ def main():
     print(f"{len(candidates)} possible mutants in {len(plan)} files, seed {arguments.seed}", flush=True)
 
     trees = [Tree(index, plan) for index in range(arguments.jobs)]
-    for program in sorted({program for row in plan.values() for program in row}):
-        if not trees[0].passes(program):
-            sys.exit(f"mutation: {program} fails without any change")
+    programs = sorted({program for row in plan.values() for program in row})
+    timeouts = {program: 10 + 10 * trees[0].seconds(program) for program in programs}
     counts = {"noticed": 0, "survived": 0, "not a program": 0}
     survivors = []
     waiting = iter(candidates)
 
     def worker(tree):
         for mutant in waiting_for(tree):
-            verdict = tree.judge(mutant, plan[mutant.path])
+            verdict = tree.judge(mutant, plan[mutant.path], timeouts)
             counts[verdict] += 1
             if verdict == "survived":
                 survivors.append(mutant)
