@@ -18,7 +18,10 @@ using ::testing::ElementsAre;
 
 // Room for a SYSTEMTIME, which is only declared where the system has its own.
 struct SystemTimeRoomC {
-  SYSTEMTIME& asSystemTime() { return reinterpret_cast<SYSTEMTIME&>(record); }
+  SYSTEMTIME& asSystemTime() {
+    void* const room = &record;
+    return *static_cast<SYSTEMTIME*>(room);
+  }
   SystemTimeRecordC record{};
 };
 
