@@ -233,8 +233,8 @@ def growth_table(results, limits):
         first = next(iter(steps.values()))
         for (what, number), step in steps.items():
             is_last = step is next(reversed(steps.values()))
-            lines.append("| {} | {} | {:,} {} | {} | {} | {:.2f} | {} | {} |".format(
-                work, who, number, what, show_time(step.each), show_rate(step.each), step.each / first.each,
+            lines.append("| {} | {} | {}: {:,} | {} | {} | {:.2f} | {} | {} |".format(
+                work, who, what, number, show_time(step.each), show_rate(step.each), step.each / first.each,
                 must_be if is_last else "", holds if is_last else ""))
     return lines, broken
 
