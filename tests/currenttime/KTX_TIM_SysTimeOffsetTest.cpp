@@ -432,6 +432,7 @@ TEST_F(SysTimeOffset, EachLineAsksForItsOwnLevel) {
     observe(c.msOfDay, c.noiseMs);
     auto const found = decisions();
     ASSERT_EQ(c.lines.size(), found.size());
+    EXPECT_EQ(c.threshold == 3 ? 1U : 0U, log.count("TimeEstimator", 3));
     for (std::size_t i = 0; i < found.size(); ++i) {
       EXPECT_EQ(0u, found[i].find(c.lines[i])) << found[i];
     }
