@@ -167,7 +167,6 @@ def main():
     programs = sorted({program for row in plan.values() for program in row})
     timeouts = {program: 10 + 10 * trees[0].seconds(program) for program in programs}
     counts = {"noticed": 0, "survived": 0, "not a program": 0}
-    survivors = []
     waiting = iter(candidates)
 
     def worker(tree):
@@ -175,8 +174,9 @@ def main():
             verdict = tree.judge(mutant, plan[mutant.path], timeouts)
             counts[verdict] += 1
             if verdict == "survived":
-                survivors.append(mutant)
                 print(f"survived: {mutant.place()}", flush=True)
+            if sum(counts.values()) % 50 == 0:
+                print(f"{counts['noticed']} noticed, {counts['survived']} survived", flush=True)
 
     def waiting_for(_tree):
         while counts["noticed"] + counts["survived"] < arguments.mutants:
