@@ -51,6 +51,7 @@ bool DbgLogFileC::isLevelEnabled(std::int32_t level) const {
 
 void DbgLogFileC::printLine(std::int32_t level, char const* format, ...) {
   if (!isLevelEnabled(level)) {
+    LogCaptureC::countUnasked();
     return;
   }
   va_list arguments;

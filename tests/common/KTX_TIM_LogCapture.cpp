@@ -84,6 +84,11 @@ std::size_t LogCaptureC::count(std::string const& channel, std::int32_t level) c
       }));
 }
 
+std::size_t LogCaptureC::unaskedCount() const {
+  std::lock_guard<std::mutex> const guard(captureMutex());
+  return unasked;
+}
+
 std::size_t LogCaptureC::assertionCount() const {
   return count("KTX_TIM_AssertLogger");
 }
@@ -101,6 +106,7 @@ std::size_t LogCaptureC::destroyedCount(std::string const& channel) const {
 void LogCaptureC::clear() {
   std::lock_guard<std::mutex> const guard(captureMutex());
   recorded.clear();
+  unasked = 0;
   built.clear();
   destroyed.clear();
 }
@@ -125,6 +131,13 @@ void LogCaptureC::record(EntryC const& entry) {
   }
   if (hookNow) {
     hookNow(entry);
+  }
+}
+
+void LogCaptureC::countUnasked() {
+  std::lock_guard<std::mutex> const guard(captureMutex());
+  if (auto* const capture = youngestCapture()) {
+    ++capture->unasked;
   }
 }
 

@@ -48,6 +48,10 @@ class LogCaptureC {
   std::size_t count(std::string const& channel) const;
   std::size_t count(std::string const& channel, std::int32_t level) const;
 
+  /// Lines below the threshold, since the capture began or was cleared: their caller composed them
+  /// without asking first.
+  std::size_t unaskedCount() const;
+
   /// Lines on the channel of the assertion reporter.
   std::size_t assertionCount() const;
 
@@ -62,6 +66,7 @@ class LogCaptureC {
   // For the channel class; they act on the youngest capture, if there is one.
   static bool isEnabled(std::string const& channel, std::int32_t level);
   static void record(EntryC const& entry);
+  static void countUnasked();
   static void countBuilt(std::string const& channel);
   static void countDestroyed(std::string const& channel);
 
@@ -73,6 +78,7 @@ class LogCaptureC {
   std::map<std::string, std::int32_t> thresholds;
   Hook hook;
   std::vector<EntryC> recorded;
+  std::size_t unasked = 0;
   std::map<std::string, std::size_t> built;
   std::map<std::string, std::size_t> destroyed;
 };

@@ -59,6 +59,7 @@ TEST(LogCapture, FiltersByTheThresholdOfTheChannel) {
     EXPECT_TRUE(other.isLevelEnabled(c.level));
     strict.printLine(c.level, "line\n");
     EXPECT_EQ(c.isEnabled ? 1U : 0U, log.count("Strict"));
+    EXPECT_EQ(c.isEnabled ? 0U : 1U, log.unaskedCount());
   }
 }
 

@@ -154,6 +154,12 @@ TEST_F(Observation, TheIntakeOfAWeekIsSilentAboveLevelZero) {
   EXPECT_EQ(0u, log.count("Time"));
 }
 
+TEST_F(Observation, ComposesNoLineOfALevelThatIsNotEnabled) {
+  log.setThreshold("TimeYmdhms", 4);
+  GpsC(WEEK, NOW_MS).makeToCurrentTime(0, 1);
+  EXPECT_EQ(1u, log.unaskedCount()) << "the one line that is a format with numbers";
+}
+
 TEST_F(Observation, OnlyFlagOneKeepsTheMilliseconds) {
   struct {
     std::int32_t flag;

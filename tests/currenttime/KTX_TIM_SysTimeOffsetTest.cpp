@@ -433,10 +433,23 @@ TEST_F(SysTimeOffset, EachLineAsksForItsOwnLevel) {
     auto const found = decisions();
     ASSERT_EQ(c.lines.size(), found.size());
     EXPECT_EQ(c.threshold == 3 ? 1U : 0U, log.count("TimeEstimator", 3));
+    EXPECT_EQ(0U, log.unaskedCount());
     for (std::size_t i = 0; i < found.size(); ++i) {
       EXPECT_EQ(0u, found[i].find(c.lines[i])) << found[i];
     }
   }
+}
+
+TEST_F(SysTimeOffset, ANewSystemTimeIsComposedOnlyWhereItsLevelIsEnabled) {
+  seedAt(0);
+  log.setThreshold("Time", 4);
+  log.clear();
+  observe(100, 0);
+  EXPECT_TRUE(isReleased);
+  EXPECT_EQ(0U, log.unaskedCount());
+  log.setThreshold("Time", 3);
+  observe(200, 0);
+  EXPECT_EQ(1U, log.count("Time"));
 }
 
 TEST_F(SysTimeOffset, TheVarianceGrowsOncePerUpdate) {

@@ -161,6 +161,7 @@ TEST_F(SystemTimeCalls, SetsTheClockAlsoWhenNothingIsLogged) {
   log.setThreshold("TimeYmdhms", 4);
   EXPECT_TRUE(utcTime().applyToCurrentSystemTime());
   EXPECT_EQ(0u, log.count());
+  EXPECT_EQ(0u, log.unaskedCount());
   EXPECT_EQ(1u, calls.setTimes().size());
 }
 

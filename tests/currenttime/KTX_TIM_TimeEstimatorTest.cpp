@@ -169,6 +169,7 @@ TEST_F(TimeEstimatorTest, EachLineAsksForItsOwnLevel) {
     estimator.update({{seedMjd, 1000000}, 0.0});
     EXPECT_EQ(c.traceLines, log.count("TimeEstimator"));
     EXPECT_EQ(c.dataLines, log.count("TimeEstimatorData"));
+    EXPECT_EQ(0u, log.unaskedCount());
   }
 }
 

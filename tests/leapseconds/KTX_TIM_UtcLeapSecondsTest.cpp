@@ -203,13 +203,14 @@ TEST_F(UtcLeapSeconds, LogTheDateOfTheDaysEndWithoutLeapSeconds) {
 }
 
 TEST_F(UtcLeapSeconds, LogNothingBelowTheLevelButSetAndTellAllTheSame) {
-  log.setThreshold(4);
+  log.setThreshold("Time", 4);
   EXPECT_EQ(RC_OK, setUtcLeapSecond(forced17, true));
   EXPECT_EQ(forced17, recordInForce());
   EXPECT_THAT(changes.events, SizeIs(1));
   EXPECT_EQ(RC_OK, setUtcLeapSecond(forced17, true));
   EXPECT_EQ(RC_OK, resetSatelliteLeapSecond());
   EXPECT_THAT(lines(), IsEmpty());
+  EXPECT_EQ(0U, log.unaskedCount());
   EXPECT_THAT(changes.events, SizeIs(1));
 }
 

@@ -202,6 +202,18 @@ TEST(MjdTime, ConvertsLocalToGpsThroughUtc) {
   EXPECT_EQ(TIMEBASE_GPS, time.getTimeBase());
 }
 
+// Half a millisecond past a whole one: the day number less an hour rounds up, the milliseconds do
+// not before the hour is taken off.
+TEST(MjdTime, TakesTwoRoadsFromLocalToGps) {
+  ZoneOffsetC const zone(60);
+  MjdTimeC converted(57550.88422743634, TIMEBASE_LOCAL);
+  EXPECT_TRUE(converted.convertTo(TIMEBASE_GPS));
+  EXPECT_EQ(MjdTimeC(GPSTimeC(1900, 591215251)).getDayNumber(), converted.getDayNumber());
+  MjdTimeC throughMilliseconds(57550.88422743634, TIMEBASE_LOCAL);
+  throughMilliseconds.toGps();
+  EXPECT_EQ(MjdTimeC(GPSTimeC(1900, 591215250)).getDayNumber(), throughMilliseconds.getDayNumber());
+}
+
 TEST(MjdTime, LeavesOtherBasesAlone) {
   struct {
     TimeBaseE base;

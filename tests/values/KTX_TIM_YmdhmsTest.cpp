@@ -319,6 +319,7 @@ TEST(Ymdhms, AssertsOnNullBrokenDownTime) {
   YmdhmsC const built(static_cast<std::tm const*>(nullptr));
   expectFields(ALL_ZERO, built);
   EXPECT_EQ(TIMEBASE_LOCAL, built.timeBase);
+  EXPECT_EQ(0U, built.precision);
   EXPECT_EQ(1U, log.assertionCount());
   YmdhmsC kept = make({2024, 3, 7, 8, 9, 5, 42, 5, 420}, TIMEBASE_GPS, 1);
   kept.fromTm(nullptr);
