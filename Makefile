@@ -3,7 +3,7 @@
 
 help:
 	@echo "make demo      set up, build and replay a recorded receiver; ends with a summary and a picture"
-	@echo "make test      set up, build and run all tests: Linux, sanitizers, Windows under Wine"
+	@echo "make test      set up, build and run all tests: Linux with GCC and clang, sanitizers, Windows under Wine"
 	@echo "make clang     all tests built with clang, unoptimised and at -O3"
 	@echo "make package   archives for Linux and Windows in dist/"
 	@echo "make docs      interface reference in build/docs/html"

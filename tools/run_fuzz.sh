@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# run_fuzz.sh SECONDS [TARGET...]: runs each fuzz target for SECONDS, one a core, and prints how many inputs each took.
+# run_fuzz.sh SECONDS [TARGET...]: runs each fuzz target for SECONDS, one a core, and prints how many inputs each took, and
+# all together.
 # Starts from the checked-in corpus; what is found stays in build/fuzz. Ends with 1 at the first target that fails.
 set -eu
 cd "$(dirname "$0")/.."
@@ -13,6 +14,10 @@ if [ $# -eq 0 ]; then
   done
 fi
 
+executed() {
+  sed -n 's/^stat::number_of_executed_units: *//p' "build/fuzz/runs/${1#fuzz_}/log"
+}
+
 run_target() {
   local target=$1 seconds=$2 name=${1#fuzz_} run
   run=build/fuzz/runs/$name
@@ -23,8 +28,13 @@ run_target() {
     tail -n 40 "$run/log"
     return 1
   fi
-  echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$run/log") inputs, no failure"
+  echo "$target: $(executed "$target") inputs, no failure"
 }
-export -f run_target
+export -f run_target executed
 export UBSAN_OPTIONS=print_stacktrace=1
 printf '%s\n' "$@" | xargs -P "$(nproc)" -I{} bash -c 'run_target {} '"$seconds"
+total=0
+for target in "$@"; do
+  total=$((total + $(executed "$target")))
+done
+echo "$total inputs in all"
