@@ -98,6 +98,7 @@ TEST_F(ScalarKalman, UpdateUsesTheFactorOfTheState) {
   double correction = 0.0;
   kalman.update(24.0, 2.0, 4.0, correction);  // the gain is 2 / (1*2 + 4) * 1 by the written order
   EXPECT_EQ((24.0 - 2.0 * 10.0) * (2.0 / 6.0), correction);
+  EXPECT_EQ(std::sqrt(1.0 - 2.0 / 6.0 * 2.0), kalman.stdDev());
 }
 
 TEST_F(ScalarKalman, UpdateAssertsOnNegativeVarianceAndUsesIt) {

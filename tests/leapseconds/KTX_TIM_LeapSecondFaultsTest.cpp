@@ -121,6 +121,14 @@ TEST_F(LeapSecondFaults, LeaveTheOldOrTheNewStateInASetter) {
   EXPECT_GT(sweep([] { setUtcLeapSecond(withdrawForcedRecord(), true); }), 0U);
 }
 
+TEST_F(LeapSecondFaults, LeaveAnAnnouncedCountOfItsTime) {
+  prepare = [] {
+    UtcLeapSecondRecord const announced{LEAPSECOND_GPS, 18, 19, 2308, 1, true};
+    resetSatelliteLeapSecond(&announced);
+  };
+  EXPECT_GT(sweep([this] { setUtcLeapSecond(forced17, true); }), 0U);
+}
+
 TEST_F(LeapSecondFaults, LeaveTheOldOrTheNewStateInASetterThatLogs) {
   LogCaptureC log;
   log.setHook([&log](LogCaptureC::EntryC const&) { log.clear(); });

@@ -344,6 +344,21 @@ TEST_F(LeapSecondAcceptanceNow, UsesOnePresentForTheHeldCountToo) {
   EXPECT_EQ(LEAPSECOND_REJECT, compareLeapSecond(held, incoming));
 }
 
+TEST_F(LeapSecondAcceptanceNow, ReadsThePresentOnlyWhereItDecides) {
+  struct {
+    UtcLeapSecondRecord incoming;
+    std::size_t reads;
+  } const cases[] = {{{LEAPSECOND_GPS, 18, 18, 2321, 1, true}, 1},
+                     {{LEAPSECOND_FORCED, 18, 18, 2321, 1, true}, 0},
+                     {{LEAPSECOND_DEFAULT, 18, 0, 0, 0, false}, 0}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(leapSecondSourceName(c.incoming.source));
+    std::size_t const readsBefore = present.readCount();
+    compareLeapSecond(defaultLeapSecondRecord(), c.incoming);
+    EXPECT_EQ(c.reads, present.readCount() - readsBefore);
+  }
+}
+
 TEST_F(LeapSecondAcceptanceNow, WritesNothing) {
   LogCaptureC const log;
   compareLeapSecond(defaultLeapSecondRecord(), {LEAPSECOND_GPS, 18, 19, 2400, 7, true});

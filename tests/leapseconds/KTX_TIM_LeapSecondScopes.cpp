@@ -62,14 +62,18 @@ UtcLeapSecondRecord normalRecord() {
 }
 
 bool operator==(StoreStateC const& a, StoreStateC const& b) {
-  return a.inForce == b.inForce && a.normal == b.normal && a.effectivity == b.effectivity;
+  return a.inForce == b.inForce && a.normal == b.normal && a.effectivity == b.effectivity &&
+         a.countBefore == b.countBefore && a.countFrom == b.countFrom;
 }
 
 StoreStateC storeState() {
-  StoreStateC state{defaultLeapSecondRecord(), normalRecord(), GPSTimeC()};
+  StoreStateC state{defaultLeapSecondRecord(), normalRecord(), GPSTimeC(), 0, 0};
   GpsC effectivity;
   getDefaultLeapSecondProvider()->getLeapSecond(GpsC(0, 0), state.inForce, &effectivity);
   state.effectivity = effectivity;
+  state.countFrom = effectivity.getLeapSeconds();
+  effectivity -= 1;
+  state.countBefore = effectivity.getLeapSeconds();
   return state;
 }
 

@@ -1,6 +1,7 @@
 #ifndef KTX_TIM_LEAPSECONDSCOPES_H
 #define KTX_TIM_LEAPSECONDSCOPES_H
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -34,6 +35,9 @@ class ScopedPresentC {
 
   void set(std::int64_t utcMs);
 
+  /// How often the present was read, by the readings of the steady clock.
+  std::size_t readCount() const { return steadyClock->readCount(); }
+
  private:
   boost::shared_ptr<FakeClockC> systemClock;
   boost::shared_ptr<FakeClockC> steadyClock;
@@ -60,6 +64,8 @@ struct StoreStateC {
   UtcLeapSecondRecord inForce;
   UtcLeapSecondRecord normal;
   GPSTimeC effectivity;
+  std::int16_t countBefore;  ///< in force 1 ms before the effectivity instant
+  std::int16_t countFrom;    ///< in force at it
 };
 bool operator==(StoreStateC const& a, StoreStateC const& b);
 StoreStateC storeState();

@@ -174,6 +174,7 @@ TEST_F(UtcLeapSeconds, LogThePresentThatIsCarriedOver) {
       found[2]);
   std::string const ending =
       " - setGpsUTCParameters call to makeToCurrentTime:: GPSweek: 2304 GPSmsecs: 374963000\n";
+  EXPECT_EQ(0U, log.count("Time", 4));
   ASSERT_GT(found[3].size(), ending.size());
   EXPECT_EQ(ending, found[3].substr(found[3].size() - ending.size()));
   EXPECT_EQ(
@@ -600,6 +601,16 @@ TEST_F(UtcLeapSecondsOfThePresent, MoveUtcByTheChangeOfTheCountAndLeaveGpsTime) 
     EXPECT_THAT(changes.events, SizeIs(1));
     EXPECT_EQ(0U, changesAtCorrection) << "the correction comes first";
   }
+}
+
+TEST_F(UtcLeapSecondsOfThePresent, AreCarriedOverByEverySetterThatIsNotAsked) {
+  EXPECT_EQ(RC_OK, setUtcLeapSecond(17, 17, 1929, 7, LEAPSECOND_FORCED));
+  EXPECT_EQ(GPSTimeC(2304, 374963000), GpsC::currentTime());
+  EXPECT_EQ(GPSTimeC(2304, 374946000), presentUtc());
+  EXPECT_EQ(RC_OK, setUtcLeapSecond(19, 19, GPSTimeC(1930, 0), LEAPSECOND_FORCED));
+  EXPECT_EQ(GPSTimeC(2304, 374963000), GpsC::currentTime());
+  EXPECT_EQ(GPSTimeC(2304, 374944000), presentUtc());
+  EXPECT_THAT(corrections, SizeIs(2));
 }
 
 // The present has moved by then, so the new count stays, and whoever waits for it is told.

@@ -220,6 +220,8 @@ TEST(Ymdhms, IsBuiltFromAFatPair) {
   expectFields({1980, 1, 1, 0, 0, 0, 0, 0, 0}, first);
   EXPECT_EQ(TIMEBASE_LOCAL, first.timeBase);
   EXPECT_EQ(0U, first.precision);
+  // 13 << 11 | 37 << 5 | 21 and 44 << 9 | 10 << 5 | 22
+  expectFields({2024, 10, 22, 13, 37, 42, 0, 0, 0}, YmdhmsC(0x6CB5, 0x5956));
   YmdhmsC const largest(std::uint16_t{0xFFFF}, std::uint16_t{0xFFFF});
   expectFields({2107, 15, 31, 31, 63, 62, 0, 0, 0}, largest);
 }
