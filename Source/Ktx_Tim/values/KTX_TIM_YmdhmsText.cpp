@@ -44,7 +44,9 @@ class NumberReaderC {
     for (; isDigit(next); next = buffer.snextc()) {
       magnitude = std::min(magnitude * 10 + (next - '0'), TOO_LARGE);
     }
-    noteEnd(next);
+    if (next == TraitsT::eof()) {
+      state |= std::ios_base::eofbit;
+    }
     std::int64_t const number = isNegative ? -magnitude : magnitude;
     if (number < std::numeric_limits<std::int32_t>::min() ||
         number > std::numeric_limits<std::int32_t>::max()) {
@@ -59,8 +61,8 @@ class NumberReaderC {
     if (failed()) {
       return TraitsT::eof();
     }
+    // After a number, which has seen the end of the text already where it is here.
     int const character = buffer.sbumpc();
-    noteEnd(character);
     if (character == TraitsT::eof()) {
       state |= std::ios_base::failbit;
     }
@@ -79,12 +81,6 @@ class NumberReaderC {
       next = buffer.snextc();
     }
     return next;
-  }
-
-  void noteEnd(int character) {
-    if (character == TraitsT::eof()) {
-      state |= std::ios_base::eofbit;
-    }
   }
 
   std::streambuf& buffer;
