@@ -154,6 +154,26 @@ TEST_F(Observation, TheIntakeOfAWeekIsSilentAboveLevelZero) {
   EXPECT_EQ(0u, log.count("Time"));
 }
 
+TEST_F(Observation, ReleasesAChangeAbove51Ms) {
+  for (std::uint32_t const changeMs : {51U, 52U}) {
+    SCOPED_TRACE(changeMs);
+    resetSysTime();
+    corrections.clear();
+    GpsC(WEEK, NOW_MS + changeMs).makeToCurrentTime(0, 1);
+    EXPECT_EQ(changeMs == 52 ? 1U : 0U, corrections.size());
+  }
+}
+
+TEST_F(Observation, ReleasesAChangeUpToAnUncertaintyOf55Ms) {
+  for (std::int64_t const noiseMs : {55, 56}) {
+    SCOPED_TRACE(noiseMs);
+    resetSysTime();
+    corrections.clear();
+    GpsC(WEEK, NOW_MS + 100).makeToCurrentTime(noiseMs, 1);
+    EXPECT_EQ(noiseMs == 55 ? 1U : 0U, corrections.size());
+  }
+}
+
 TEST_F(Observation, ComposesNoLineOfALevelThatIsNotEnabled) {
   log.setThreshold("TimeYmdhms", 4);
   GpsC(WEEK, NOW_MS).makeToCurrentTime(0, 1);

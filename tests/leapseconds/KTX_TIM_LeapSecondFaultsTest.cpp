@@ -116,6 +116,7 @@ TEST_F(LeapSecondFaults, LeaveTheOldOrTheNewStateInASetter) {
   EXPECT_GT(sweep([this] { setUtcLeapSecond(forced17, true); }), 0U);
   EXPECT_GT(sweep([this] { setUtcLeapSecond(gps, true); }), 0U);
   EXPECT_GT(sweep([] { setUtcLeapSecond(18, 18, 1929, 7, LEAPSECOND_GPS); }), 0U);
+  EXPECT_GT(sweep([] { setUtcLeapSecond(17, 17, 2308, 1, LEAPSECOND_GPS); }), 0U);
   EXPECT_GT(sweep([] { setUtcLeapSecond(18, 19, GPSTimeC(2308, 86400000), LEAPSECOND_GPS); }), 0U);
   prepare = [this] { setUtcLeapSecond(forced17, true); };
   EXPECT_GT(sweep([] { setUtcLeapSecond(withdrawForcedRecord(), true); }), 0U);

@@ -12,15 +12,16 @@ namespace KTX::TIM::TEST {
 namespace {
 
 std::optional<UtcLeapSecondRecord> parsed(std::string const& text) {
+  UtcLeapSecondRecord const untouched{LEAPSECOND_GPS, 1, 2, 3, 4, false};
   LeapSecondLineC line;
   for (char const character : text) {
     line.add(character);
   }
-  UtcLeapSecondRecord record = defaultLeapSecondRecord();
+  UtcLeapSecondRecord record = untouched;
   if (line.finish(record)) {
     return record;
   }
-  EXPECT_EQ(defaultLeapSecondRecord(), record) << "changed by an unusable line";
+  EXPECT_EQ(untouched, record) << "changed by an unusable line";
   return std::nullopt;
 }
 

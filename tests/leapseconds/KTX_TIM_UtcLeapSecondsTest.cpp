@@ -226,6 +226,7 @@ TEST_F(UtcLeapSeconds, DoNothingForTheRecordThatIsHeld) {
   log.clear();
   EXPECT_EQ(RC_OK, setUtcLeapSecond(forced17, false));
   EXPECT_THAT(lines(), ElementsAre(::testing::StartsWith("Setting new"), RETURNS_0, NOT_CHANGED));
+  EXPECT_EQ(3U, log.count("Time", 3));
   EXPECT_THAT(changes.events, SizeIs(1));
 }
 
@@ -601,6 +602,14 @@ TEST_F(UtcLeapSecondsOfThePresent, MoveUtcByTheChangeOfTheCountAndLeaveGpsTime) 
     EXPECT_THAT(changes.events, SizeIs(1));
     EXPECT_EQ(0U, changesAtCorrection) << "the correction comes first";
   }
+}
+
+TEST_F(UtcLeapSecondsOfThePresent, AreCarriedOverAsAnObservationWithoutNoise) {
+  LogCaptureC const log;
+  EXPECT_EQ(RC_OK, setUtcLeapSecond(forced17, true));
+  EXPECT_THAT(log.lines("TimeEstimator"),
+              ::testing::Contains(::testing::AllOf(::testing::HasSubstr(" - observation: "),
+                                                   ::testing::HasSubstr("000d (0ms)\n"))));
 }
 
 TEST_F(UtcLeapSecondsOfThePresent, AreCarriedOverByEverySetterThatIsNotAsked) {

@@ -164,10 +164,13 @@ TEST_F(Gps, GpsToUtcKeepsTheThresholdWhenSecondsAreDeleted) {
 }
 
 TEST_F(Gps, GpsToUtcUsesTheCurrentCountWithoutAKnownEffectivity) {
-  ScriptedProviderC stub({unknownAnswer(17, 18)});
-  GpsC time = at(stub, {2000, 20000});
-  time.gpsToUtc();
-  EXPECT_EQ(GPSTimeC(2000, 3000), time);
+  ScriptedProviderC stub({unknownAnswer(17, 18), unknownAnswer(18, 17)});
+  GpsC inserted = at(stub, {2000, 20000});
+  inserted.gpsToUtc();
+  EXPECT_EQ(GPSTimeC(2000, 3000), inserted);
+  GpsC removed = at(stub, {2000, 20000});
+  removed.gpsToUtc();
+  EXPECT_EQ(GPSTimeC(2000, 2000), removed);
 }
 
 TEST_F(Gps, GpsToUtcNeverAsksTwice) {
