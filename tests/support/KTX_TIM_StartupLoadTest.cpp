@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "KTX/TIM/KTX_TIM_Gps.h"
+#include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
+#include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "common/KTX_TIM_FakeSystemCalls.h"
 #include "common/KTX_TIM_ScopedSystemCalls.h"
 
@@ -46,6 +48,14 @@ TEST(StartupLoad, AsksTheSystemForNothingAndStartsNoThread) {
 #ifdef KTX_TIM_COUNTS_THREADS
   EXPECT_EQ(1U, threadCount());
 #endif
+}
+
+TEST(StartupLoad, LeavesTheDefaultLeapSecondWithItsEffectivity) {
+  UtcLeapSecondRecord record{};
+  GpsC effectivity(0, 0);
+  EXPECT_EQ(0U, getDefaultLeapSecondProvider()->getLeapSecond(GpsC(0, 0), record, &effectivity));
+  EXPECT_EQ(defaultLeapSecondRecord(), record);
+  EXPECT_EQ(GPSTimeC(1930, 18000), effectivity);
 }
 
 TEST(StartupLoad, LeavesThePresentReadyForUse) {
