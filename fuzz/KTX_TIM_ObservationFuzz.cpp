@@ -154,11 +154,11 @@ class RunC {
     std::int64_t const utcMs = wrapped(gpsMs - LEAP_MS);
     double const mjd = static_cast<double>(44244 + utcMs / WEEK_MS * 7) +
                        static_cast<double>(utcMs % WEEK_MS) / 1000.0 / 86400.0;
+    if (!hasPresent) {
+      return;  // and the observation counts for nothing
+    }
     std::int64_t differenceMs = 0;
     bool const isReleased = plain.observe(mjd, noiseMs, steadyMs(), differenceMs);
-    if (!hasPresent) {
-      return;
-    }
     double const now = plain.present(steadyMs());
     bool const isEpoch = now > 0.0 && wrapped(msOfDay(now) + LEAP_MS) == 0;
     require(isSignalled == (isReleased && !isEpoch), "signal");
