@@ -6,6 +6,13 @@
 
 namespace KTX::TIM::TEST {
 
+#ifdef _WIN32
+/// Strings of the runtime library's DLL take their memory with its own operator new, unseen here.
+constexpr bool SEES_ALL_MEMORY = false;
+#else
+constexpr bool SEES_ALL_MEMORY = true;
+#endif
+
 /// Watches the memory that the calling thread takes with operator new while it exists, and may let
 /// one allocation fail, or all from one on. Scopes of one thread nest; the innermost watches.
 ///

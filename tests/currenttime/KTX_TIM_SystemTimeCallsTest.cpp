@@ -9,21 +9,13 @@
 #include "common/KTX_TIM_FakeSystemCalls.h"
 #include "common/KTX_TIM_LogCapture.h"
 #include "common/KTX_TIM_ScopedSystemCalls.h"
+#include "common/KTX_TIM_SystemTimeRoom.h"
 #include "support/KTX_TIM_SystemTimeRecord.h"
 
 namespace KTX::TIM::TEST {
 namespace {
 
 using ::testing::ElementsAre;
-
-// Room for a SYSTEMTIME, which is only declared where the system has its own.
-struct SystemTimeRoomC {
-  SYSTEMTIME& asSystemTime() {
-    void* const room = &record;
-    return *static_cast<SYSTEMTIME*>(room);
-  }
-  SystemTimeRecordC record{};
-};
 
 std::array<int, 8> fieldsOf(SystemTimeRecordC const& time) {
   return {time.year, time.month,  time.dayOfWeek, time.day,

@@ -17,13 +17,6 @@
 namespace KTX::TIM::TEST {
 namespace {
 
-#ifdef _WIN32
-// Strings of the runtime library's DLL take their memory with its own operator new, unseen here.
-constexpr bool SEES_ALL_MEMORY = false;
-#else
-constexpr bool SEES_ALL_MEMORY = true;
-#endif
-
 /// A way to fail.
 struct ModeC {
   char const* name;

@@ -5,10 +5,10 @@
 #include "KTX/TIM/KTX_TIM_StopWatch.h"
 #include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "common/KTX_TIM_SystemTimeRoom.h"
 #include "faults/KTX_TIM_FaultListener.h"
 #include "faults/KTX_TIM_FaultOperation.h"
 #include "faults/KTX_TIM_FaultStage.h"
-#include "faults/KTX_TIM_SystemTimeRoom.h"
 
 namespace KTX::TIM::TEST {
 namespace {

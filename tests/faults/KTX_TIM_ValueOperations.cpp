@@ -7,9 +7,9 @@
 #include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_TimeKind.h"
+#include "common/KTX_TIM_SystemTimeRoom.h"
 #include "faults/KTX_TIM_FaultOperation.h"
 #include "faults/KTX_TIM_FaultStage.h"
-#include "faults/KTX_TIM_SystemTimeRoom.h"
 
 namespace KTX::TIM::TEST {
 namespace {

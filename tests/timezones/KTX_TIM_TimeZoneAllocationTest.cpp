@@ -25,13 +25,6 @@
 namespace KTX::TIM::TEST {
 namespace {
 
-#ifdef _WIN32
-// Strings of the runtime library's DLL take their memory with its own operator new, unseen here.
-constexpr bool SEES_ALL_MEMORY = false;
-#else
-constexpr bool SEES_ALL_MEMORY = true;
-#endif
-
 void expectNothingLost(std::ptrdiff_t balance) {
   if (SEES_ALL_MEMORY) {
     EXPECT_EQ(0, balance);
