@@ -605,7 +605,6 @@ TEST_F(UtcLeapSecondsOfThePresent, MoveUtcByTheChangeOfTheCountAndLeaveGpsTime) 
 }
 
 TEST_F(UtcLeapSecondsOfThePresent, AreCarriedOverAsAnObservationWithoutNoise) {
-  LogCaptureC const log;
   EXPECT_EQ(RC_OK, setUtcLeapSecond(forced17, true));
   EXPECT_THAT(log.lines("TimeEstimator"),
               ::testing::Contains(::testing::AllOf(::testing::HasSubstr(" - observation: "),
