@@ -72,7 +72,7 @@ std::wstring wideFileName(std::string const& name) {
 std::string narrowText(std::wstring const& text) {
   std::string narrow;
   for (std::size_t at = 0; at < text.size(); ++at) {
-    auto value = static_cast<std::uint32_t>(text[at]);
+    auto value = static_cast<std::uint32_t>(text[at]);  // NOLINT(bugprone-signed-char-misuse): wide
     if (value >= 0xD800U && value < 0xE000U) {
       std::uint32_t const low = at + 1 < text.size() ? static_cast<std::uint32_t>(text[at + 1]) : 0;
       bool const isPair = value < 0xDC00U && low >= 0xDC00U && low < 0xE000U;
