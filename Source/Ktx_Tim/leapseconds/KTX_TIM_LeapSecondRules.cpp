@@ -64,7 +64,10 @@ bool isValidLeapSecond(UtcLeapSecondRecord const& record) {
     return false;  // Without a line in the log; this is meant.
   }
   // A leap second takes effect only at the end of the last day of a month.
-  return endsMonth(record) ? true : refuse(record);
+  if (!endsMonth(record)) {
+    return refuse(record);
+  }
+  return true;
 }
 
 LeapSecondVerdictE compareLeapSecond(UtcLeapSecondRecord const& held,
