@@ -7,6 +7,7 @@
 #include "KTX/TIM/KTX_TIM_Guard.h"
 #include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_Mutex.h"
+#include "KTX/TIM/KTX_TIM_PresentWarning.h"
 #include "KTX/TIM/KTX_TIM_ReaderWriterSpinLock.h"
 #include "KTX/TIM/KTX_TIM_SimTime.h"
 #include "KTX/TIM/KTX_TIM_SysTime.h"
@@ -209,6 +210,7 @@ FaultOperationsT faultlessOperations() {
           siteOperation(),
           plain("locks", lock),
           plain("the lock for readers and writers", lockForReadingAndWriting),
+          plain("the switch of the warning", [] { setPresentWarningEnabled(true); }),
           plain("the tick count", [] { getTickCountMs(); }),
           textOperation()};
 }

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "KTX/TIM/KTX_TIM_TimeConstants.h"
+#include "currenttime/KTX_TIM_PresentWarningSwitch.h"
 #include "currenttime/KTX_TIM_SteadyTime.h"
 #include "currenttime/KTX_TIM_SysTimeOffset.h"
 
@@ -13,7 +14,7 @@ MjdTimeC presentUtc(SysTimeOffsetT const& offset) {
   std::int64_t const steadyMs = offset.getSteadyClock().now().count();
   SteadyTimeC const& mapping = offset.getCurrentSysTime();
   std::int64_t const elapsed = elapsedMs(steadyMs, mapping.steadyMs);
-  if (elapsed > MS_PER_DAY) {
+  if (elapsed > MS_PER_DAY && isPresentWarningEnabled()) {
     std::fputs("[KTX::TIM] Hoops wrong correction!\n", stdout);
     std::fflush(stdout);
   }

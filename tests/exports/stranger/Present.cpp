@@ -7,6 +7,7 @@
 #include "KTX/TIM/KTX_TIM_DefaultCurrentTimeProvider.h"
 #include "KTX/TIM/KTX_TIM_GpsTime.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "KTX/TIM/KTX_TIM_PresentWarning.h"
 #include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
@@ -103,6 +104,10 @@ void usePresent() {
   useProvider(derived, GPSTimeC(2304, 374963000));
   useObservations();
   useTimeSignal();
+  setPresentWarningEnabled(false);
+  steady->readingMs += 86400001;
+  CHECK(GpsC::currentTime().getWeek() == 2304);
+  setPresentWarningEnabled(true);
   setSysTimeClocks(createClock<boost::milli>(CLOCKTYPE_POSIX, CLOCKREF_DEFAULT),
                    createClock<boost::milli>(CLOCKTYPE_STEADY, CLOCKREF_DEFAULT));
   CHECK(system.use_count() == 1 && steady.use_count() == 1);
