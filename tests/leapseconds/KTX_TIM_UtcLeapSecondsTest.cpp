@@ -1,5 +1,6 @@
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
 
+#include <limits>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "KTX/TIM/KTX_TIM_UtcLeapSecondProvider.h"
 #include "common/KTX_TIM_FakeClock.h"
 #include "common/KTX_TIM_LogCapture.h"
 #include "leapseconds/KTX_TIM_LeapSecondModel.h"
@@ -30,6 +32,12 @@ constexpr std::uint32_t INVALID = 33554434;
 constexpr std::uint32_t NOT_ACCEPTED = 33554462;
 constexpr char const* NOT_CHANGED = "Active UTC Leap Second has NOT changed.\n";
 constexpr char const* RETURNS_0 = "SetLeapSecond returns 0.\n";
+
+/// An instant that is stored as given, also with the milliseconds of more than a week.
+class RawInstantC : public GpsC {
+ public:
+  RawInstantC(std::uint16_t newWeek, std::uint32_t newMsOfWeek) { setRaw(newWeek, newMsOfWeek); }
+};
 
 class UtcLeapSeconds : public ::testing::Test {
  protected:
@@ -74,6 +82,29 @@ TEST_F(UtcLeapSeconds, GiveTheFutureCountFromTheEffectivityInstantOn) {
     EXPECT_EQ((UtcLeapSecondRecord{LEAPSECOND_FORCED, c.current, 18, 1929, 7, true}), record);
     EXPECT_EQ(c.current, getUtcLeapSecondsAt(c.time));
     EXPECT_EQ(c.current, c.time.getLeapSeconds());
+  }
+}
+
+TEST_F(UtcLeapSeconds, CompareByWeekFirstWhereMillisecondsExceedAWeekAsTheSiteProviderDoes) {
+  constexpr std::uint32_t MAX_MS = std::numeric_limits<std::uint32_t>::max();
+  setUtcLeapSecond({LEAPSECOND_FORCED, 17, 18, 1929, 7, true}, false);
+  UtcLeapSecondProvider site;
+  site.setSiteLeapSecond(17, 18, 57754);
+  struct {
+    RawInstantC time;
+    std::int16_t current;
+  } const cases[] = {{{1929, 604800000}, 17}, {{1929, 604817999}, 17}, {{1929, 604818000}, 17},
+                     {{1929, MAX_MS}, 17},    {{0, MAX_MS}, 17},       {{1930, 604800000}, 18},
+                     {{1930, MAX_MS}, 18}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(::testing::Message() << c.time.getWeek() << ", " << c.time.getMsOfWeek());
+    UtcLeapSecondRecord record{};
+    EXPECT_EQ(RC_OK, getUtcLeapSecondAt(c.time, record));
+    EXPECT_EQ(c.current, record.current);
+    EXPECT_EQ(c.current, getUtcLeapSecondsAt(c.time));
+    EXPECT_EQ(c.current, c.time.getLeapSeconds());
+    EXPECT_EQ(RC_OK, site.getLeapSecond(c.time, record));
+    EXPECT_EQ(c.current, record.current);
   }
 }
 

@@ -33,8 +33,10 @@ constexpr std::int64_t MAX_ELAPSED_MS = 500;
 /// Later than every instant.
 constexpr std::uint64_t NEVER = std::numeric_limits<std::uint64_t>::max();
 
-inline std::uint64_t millisecondsOf(GPSTimeC const& time) {
-  return std::uint64_t{time.getWeek()} * MS_PER_WEEK + time.getMsOfWeek();
+/// A number that orders instants by week first, then by milliseconds, also where the milliseconds
+/// are not normalised.
+inline std::uint64_t orderOf(GPSTimeC const& time) {
+  return std::uint64_t{time.getWeek()} << 32U | time.getMsOfWeek();
 }
 
 /// The leap seconds of the process: what satellites or the default say, and what was forced.
@@ -64,7 +66,7 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
     GpsC effectivity;
     UtcLeapSecondRecord normalSlot;
     UtcLeapSecondRecord forcedSlot;
-    std::uint64_t futureFromMs;
+    std::uint64_t futureFrom;
   };
 
   std::uint32_t SetLeapSecond(UtcLeapSecondRecord const& record) KTX_TIM_REQUIRES(mutex);
@@ -81,7 +83,7 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
   void updateEffectivity() KTX_TIM_REQUIRES(mutex);
 
   StateC state() const KTX_TIM_REQUIRES(mutex) {
-    return {effectivity, normalSlot, forcedSlot, futureFromMs};
+    return {effectivity, normalSlot, forcedSlot, futureFrom};
   }
   void setState(StateC const& newState) KTX_TIM_REQUIRES(mutex);
 
@@ -89,7 +91,7 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
     return forcedSlot.source == LEAPSECOND_FORCED ? forcedSlot : normalSlot;
   }
   bool isFutureInForce(GPSTimeC const& time) const KTX_TIM_REQUIRES(mutex) {
-    return millisecondsOf(time) >= futureFromMs;
+    return orderOf(time) >= futureFrom;
   }
 
   void tellChange(boost::shared_ptr<UtcLeapSecondChanged> const& event) KTX_TIM_REQUIRES(mutex);
@@ -99,8 +101,8 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
   GpsC effectivity KTX_TIM_GUARDED_BY(mutex);
   UtcLeapSecondRecord normalSlot KTX_TIM_GUARDED_BY(mutex);
   UtcLeapSecondRecord forcedSlot KTX_TIM_GUARDED_BY(mutex);
-  /// The effectivity instant as one number; NEVER while the effectivity is not known.
-  std::uint64_t futureFromMs KTX_TIM_GUARDED_BY(mutex) = NEVER;
+  /// The effectivity instant as orderOf() gives it; NEVER while the effectivity is not known.
+  std::uint64_t futureFrom KTX_TIM_GUARDED_BY(mutex) = NEVER;
 };
 
 // Inline: every value that is built asks for it.
@@ -339,16 +341,16 @@ void UtcLeapSecondStore::setState(StateC const& newState) {
   effectivity = newState.effectivity;
   normalSlot = newState.normalSlot;
   forcedSlot = newState.forcedSlot;
-  futureFromMs = newState.futureFromMs;
+  futureFrom = newState.futureFrom;
 }
 
 void UtcLeapSecondStore::updateEffectivity() {
   UtcLeapSecondRecord const& record = inForce();
   effectivity = GpsC(this);
-  futureFromMs = NEVER;
+  futureFrom = NEVER;
   if (record.effectivityKnown) {
     effectivity += effectivityInstant(record);
-    futureFromMs = millisecondsOf(effectivity);
+    futureFrom = orderOf(effectivity);
   } else if (record.week != 0 || record.day != 0) {
     logAssertion();
   }
