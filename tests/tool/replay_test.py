@@ -39,6 +39,31 @@ class Trace(unittest.TestCase):
         self.assertEqual(187, len(lines))
 
 
+class MissingLogs(unittest.TestCase):
+    """A log that cannot be read is told and leaves the others as they are; the run ends with 3."""
+
+    def test_the_others_are_read(self):
+        good = SAMPLES / "isync.log"
+        alone = run("replay", good)
+        self.assertEqual(0, alone.returncode)
+        for logs in (("no-such.log", good), (good, "no-such.log"), (SAMPLES, good)):
+            with self.subTest(logs=logs):
+                result = run("replay", *logs)
+                self.assertEqual((3, alone.stdout), (result.returncode, result.stdout))
+                self.assertRegex(result.stderr, r"\Avortime: cannot read [^\n]+\n\Z")
+
+    def test_each_is_named(self):
+        result = run("replay", "no-such-1", SAMPLES / "isync.log", "no-such-2", SAMPLES / "isync.log")
+        self.assertEqual(3, result.returncode)
+        self.assertIn("read           2 inputs", result.stdout)
+        self.assertEqual(["vortime: cannot read no-such-1: ", "vortime: cannot read no-such-2: "],
+                         [line[:32] for line in result.stderr.splitlines()])
+
+    def test_none_can_be_read(self):
+        result = run("replay", "no-such-1", "no-such-2")
+        self.assertEqual((3, "", 2), (result.returncode, result.stdout, len(result.stderr.splitlines())))
+
+
 class FirstSlice(unittest.TestCase):
     def test_dated_sentences_show_week_milliseconds_utc_and_day_number(self):
         lines = run("replay", SAMPLES / "isync.log").stdout.splitlines()

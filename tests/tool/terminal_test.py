@@ -151,6 +151,11 @@ class Failures(unittest.TestCase):
                 process = subprocess.run(COMMAND + [str(a) for a in arguments], stdout=full, stderr=subprocess.PIPE)
                 self.assertEqual(4, process.returncode)
 
+    def test_a_log_that_fails_while_it_is_read(self):
+        result = run("replay", "/proc/self/mem", SAMPLES / "isync.log")
+        self.assertEqual((3, "vortime: cannot read /proc/self/mem: Input/output error\n"), (result.returncode, result.stderr))
+        self.assertIn("observations   23 used", result.stdout)
+
     def test_no_permission(self):
         with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
             log = pathlib.Path(folder, "secret.log")

@@ -21,25 +21,32 @@ namespace {
 constexpr std::size_t CHUNK_SIZE = 1 << 20;
 constexpr std::uint64_t LONG_LOG = 4 << 20;
 
-using InputsT = std::vector<std::unique_ptr<InputFileC>>;
+struct LogC {
+  std::string name;
+  std::unique_ptr<InputFileC> file;
+};
+using LogsT = std::vector<LogC>;
 
-bool openAll(std::vector<std::string> const& logs, InputsT& inputs) {
-  for (std::string const& log : logs) {
-    inputs.push_back(std::make_unique<InputFileC>());
-    if (!inputs.back()->open(log)) {
-      printError("cannot read " + log + ": " + inputs.back()->errorText());
-      return false;
+// Those that can be opened; says which cannot.
+LogsT openLogs(std::vector<std::string> const& names) {
+  LogsT logs;
+  for (std::string const& name : names) {
+    auto file = std::make_unique<InputFileC>();
+    if (file->open(name)) {
+      logs.push_back(LogC{name, std::move(file)});
+    } else {
+      printError("cannot read " + name + ": " + file->errorText());
     }
   }
-  return true;
+  return logs;
 }
 
 std::uint64_t barLength(ReplayCommandOptionsC const& options,
-                        InputsT const& inputs,
+                        LogsT const& logs,
                         int resultDescriptor) {
   std::uint64_t total = 0;
-  for (auto const& input : inputs) {
-    total += input->size();
+  for (LogC const& log : logs) {
+    total += log.file->size();
   }
   bool const isWanted =
       options.progress == PROGRESS_ALWAYS ||
@@ -48,7 +55,7 @@ std::uint64_t barLength(ReplayCommandOptionsC const& options,
   return isWanted ? total : 0;
 }
 
-// Reads one input to its end. False when it fails or the run is to stop.
+// Reads one input to its end, or until the run is to stop. False when reading fails.
 bool readInput(InputFileC& input,
                StreamReaderC& reader,
                std::vector<char>& buffer,
@@ -75,8 +82,8 @@ bool readInput(InputFileC& input,
 }  // namespace
 
 ExitCodeE runReplay(ReplayCommandOptionsC const& options, int resultDescriptor) {
-  InputsT inputs;
-  if (!openAll(options.logs, inputs)) {
+  LogsT const logs = openLogs(options.logs);
+  if (logs.empty()) {
     return EXIT_BAD_INPUT;
   }
   RunOutputC output(options.output, resultDescriptor, false);
@@ -93,19 +100,22 @@ ExitCodeE runReplay(ReplayCommandOptionsC const& options, int resultDescriptor) 
   ReplayEngineC engine(pc, options.engine, output.report(), output.estimates());
   output.setLeapSeconds(engine.leapSeconds());
   ReadCountsC counts;
-  ProgressBarC bar(barLength(options, inputs, resultDescriptor));
+  ProgressBarC bar(barLength(options, logs, resultDescriptor));
   std::vector<char> buffer(CHUNK_SIZE);
-  bool isRead = true;
+  bool isRead = logs.size() == options.logs.size();
   std::uint64_t done = 0;
-  for (std::size_t i = 0; i < inputs.size() && isRead; ++i) {
-    engine.beginInput(options.logs[i]);
+  for (LogC const& log : logs) {
+    engine.beginInput(log.name);
     StreamReaderC reader(engine, counts);
-    isRead = readInput(*inputs[i], reader, buffer, bar, done, output);
-    done += inputs[i]->size();
-    if (!isRead) {
+    if (!readInput(*log.file, reader, buffer, bar, done, output)) {
       bar.clear();
-      printError("cannot read " + options.logs[i] + ": " + inputs[i]->errorText());
+      printError("cannot read " + log.name + ": " + log.file->errorText());
+      isRead = false;
     }
+    if (InterruptC::isRequested() || output.hasFailed()) {
+      break;
+    }
+    done += log.file->size();
   }
   bar.clear();
   engine.finish(counts, InterruptC::isRequested());
