@@ -145,11 +145,64 @@ class Failures(unittest.TestCase):
         self.assertIn("Summary", result.stdout)
         self.assertEqual("vortime: cannot write /dev/full: No space left on device\n", result.stderr)
 
+    # Every command; none of them fails for another reason than its output.
+    COMMANDS = (("replay", SAMPLES / "isync.log"), ("watch", SAMPLES / "isync.log"), ("now",), ("convert", "1930:18000"),
+                ("leap",), ("leap", "show"), ("leap", "check", SAMPLES / "leapseconds-tzdata-2026b"),
+                ("leap", "check", SAMPLES / "isync.log"), ("leap", "load", SAMPLES / "isync.log"),
+                ("zone", "list"), ("zone", "current"), ("zone", "show", "UTC"), ("zone", "map", "UTC"),
+                ("zone", "resolve", "UTC"), ("--help",), ("--version",), ("zone", "list", "--help"))
+
+    def end_of(self, arguments, stdout, **options):
+        """Exit code and standard error of a run that writes to stdout."""
+        result = subprocess.run(COMMAND + [str(a) for a in arguments], stdin=subprocess.DEVNULL, stdout=stdout,
+                                stderr=subprocess.PIPE, text=True, timeout=tool_runner.TIMEOUT, **options)
+        return result.returncode, result.stderr
+
     def test_full_disk_for_the_results(self):
-        for arguments in (("replay", SAMPLES / "isync.log"), ("convert", "1930:0"), ("now",), ("zone", "list"), ("--help",)):
+        for arguments in self.COMMANDS:
             with self.subTest(arguments=arguments), open("/dev/full", "wb") as full:
-                process = subprocess.run(COMMAND + [str(a) for a in arguments], stdout=full, stderr=subprocess.PIPE)
-                self.assertEqual(4, process.returncode)
+                self.assertEqual((4, "vortime: cannot write the results: No space left on device\n"),
+                                 self.end_of(arguments, full))
+
+    def test_closed_standard_output(self):
+        for arguments in self.COMMANDS:
+            with self.subTest(arguments=arguments):
+                self.assertEqual((4, "vortime: cannot write the results: standard output is closed\n"),
+                                 self.end_of(arguments, None, preexec_fn=lambda: os.close(1)))
+
+    def test_closed_standard_output_hides_no_wrong_usage(self):
+        code, error = self.end_of(("bogus",), None, preexec_fn=lambda: os.close(1))
+        self.assertEqual(2, code)
+        self.assertNotIn("standard output", error)
+
+    def test_a_reader_that_has_gone(self):
+        for arguments in self.COMMANDS:
+            with self.subTest(arguments=arguments):
+                reader, writer = os.pipe()
+                os.close(reader)
+                self.assertEqual((4, ""), self.end_of(arguments, writer))
+                os.close(writer)
+
+    def test_closed_standard_error(self):
+        """What would be said there gets into no file that the run opens, and into no result."""
+        with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
+            trace = pathlib.Path(folder, "trace")
+            result = subprocess.run(COMMAND + ["replay", "--json", "--trace", str(trace), str(SAMPLES / "isync.log"), "no-such"],
+                                    stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True,
+                                    preexec_fn=lambda: os.close(2))
+            self.assertEqual(3, result.returncode)
+            self.assertEqual("summary", json_lines(result.stdout)[-1]["type"])
+            self.assertEqual(23, trace.read_text().count("STT-D:"))
+            self.assertNotIn("vortime:", trace.read_text())
+
+    def test_closed_standard_input(self):
+        for command in ("replay", "convert"):
+            with self.subTest(command=command):
+                arguments = (command, "-") if command == "replay" else (command,)
+                result = subprocess.run(COMMAND + list(arguments), stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+                                        preexec_fn=lambda: os.close(0))
+                self.assertEqual(3, result.returncode)
+                self.assertRegex(result.stderr, r"\Avortime: cannot read [^:]+: Bad file descriptor\n\Z")
 
     def test_a_log_that_fails_while_it_is_read(self):
         result = run("replay", "/proc/self/mem", SAMPLES / "isync.log")

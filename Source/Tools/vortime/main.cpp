@@ -2,7 +2,7 @@
 #include <exception>
 
 #include "commands/CommandLine.h"
-#include "output/OutputFile.h"
+#include "commands/Results.h"
 #include "system/Arguments.h"
 #include "system/StandardStreams.h"
 
@@ -12,14 +12,17 @@ int run(int count, char const* const* values) {
   using namespace KTX::VORTIME;
   int const results = reserveStandardOutput();
   CommandLineC const commandLine = readCommandLine(commandLineArguments(count, values));
+  bool const hasResults = commandLine.command || !commandLine.helpText.empty();
+  if (hasResults && results < 0) {
+    printError("cannot write the results: standard output is closed");
+    return EXIT_BAD_OUTPUT;
+  }
   if (commandLine.command) {
     return commandLine.command(results);
   }
-  OutputFileC out;
-  out.takeOver(results);
-  out.write(commandLine.helpText);
   std::fputs(commandLine.errorText.c_str(), stderr);
-  return out.close() ? commandLine.exitCode : EXIT_BAD_OUTPUT;
+  return commandLine.helpText.empty() ? commandLine.exitCode
+                                      : writeResults(commandLine.helpText, results);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "commands/Results.h"
 #include "output/JsonLine.h"
 #include "output/OutputFile.h"
 #include "output/TextFormat.h"
@@ -131,12 +132,7 @@ void convertLine(std::string_view line, ConverterC& converter) {
   }
 }
 
-bool convertInput(ConverterC& converter, OutputFileC const& out) {
-  InputFileC input;
-  if (!input.open("-")) {
-    printError("cannot read standard input: " + input.errorText());
-    return false;
-  }
+void convertInput(InputFileC& input, ConverterC& converter, OutputFileC const& out) {
   std::vector<char> buffer(CHUNK_SIZE);
   std::size_t held = 0;
   while (!input.isAtEnd() && !out.hasFailed()) {
@@ -155,6 +151,16 @@ bool convertInput(ConverterC& converter, OutputFileC const& out) {
     held = rest.size();
     std::memmove(buffer.data(), rest.data(), held);
   }
+}
+
+bool convertStandardInput(ConverterC& converter, OutputFileC const& out) {
+  InputFileC input;
+  if (input.open("-")) {
+    convertInput(input, converter, out);
+  }
+  if (input.hasFailed()) {
+    printError("cannot read standard input: " + input.errorText());
+  }
   return !input.hasFailed();
 }
 
@@ -170,7 +176,7 @@ ExitCodeE runConvert(ConvertCommandOptionsC const& options, int resultDescriptor
   }
   ConverterC converter(used, out);
   if (readsInput) {
-    if (!convertInput(converter, out)) {
+    if (!convertStandardInput(converter, out)) {
       return EXIT_BAD_INPUT;
     }
   } else {
@@ -182,13 +188,7 @@ ExitCodeE runConvert(ConvertCommandOptionsC const& options, int resultDescriptor
     printError("note: " + std::to_string(converter.historicCount()) +
                " value(s) of a date with another leap second count than the library's");
   }
-  if (!out.close()) {
-    if (!out.isBrokenPipe()) {
-      printError("cannot write the results: " + out.errorText());
-    }
-    return EXIT_BAD_OUTPUT;
-  }
-  return converter.hasRefused() ? EXIT_NOTHING_FOUND : EXIT_DONE;
+  return closeResults(out, converter.hasRefused() ? EXIT_NOTHING_FOUND : EXIT_DONE);
 }
 
 }  // namespace KTX::VORTIME

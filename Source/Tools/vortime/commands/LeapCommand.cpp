@@ -9,8 +9,8 @@
 #include "KTX/TIM/KTX_TIM_TimeConstants.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
+#include "commands/Results.h"
 #include "output/JsonLine.h"
-#include "output/OutputFile.h"
 #include "output/RecordText.h"
 #include "output/TextFormat.h"
 #include "readers/LeapList.h"
@@ -25,13 +25,6 @@ namespace {
 constexpr std::int64_t MS_PER_DAY = 86400000;
 constexpr std::int64_t GPS_EPOCH_DAYS = 3657;  // 1980-01-06
 constexpr std::size_t MAX_LIST = 1 << 20;
-
-ExitCodeE writeResult(std::string const& text, int resultDescriptor, ExitCodeE code) {
-  OutputFileC out;
-  out.takeOver(resultDescriptor);
-  out.write(text);
-  return out.close() ? code : EXIT_BAD_OUTPUT;
-}
 
 JsonLineC recordJson(TIM::UtcLeapSecondRecord const& record) {
   JsonLineC line;
@@ -146,8 +139,8 @@ ExitCodeE checkList(LeapListC const& list, bool isJson, int resultDescriptor) {
   std::int64_t const nowUnixMs =
       TIM::createClock<boost::milli>(TIM::CLOCKTYPE_POSIX, TIM::CLOCKREF_UTC)->now().count();
   bool const isExpired = list.hasExpiry && list.expiryUnixMs <= nowUnixMs;
-  return writeResult(isJson ? listJson(list, isExpired) : listText(list, isExpired),
-                     resultDescriptor, EXIT_DONE);
+  return writeResults(isJson ? listJson(list, isExpired) : listText(list, isExpired),
+                      resultDescriptor);
 }
 
 ExitCodeE loadFile(std::string const& path, bool makeCurrent, bool isJson, int resultDescriptor) {
@@ -170,7 +163,7 @@ ExitCodeE loadFile(std::string const& path, bool makeCurrent, bool isJson, int r
     text = path + ": " + resultText(code) + "\nbefore       " + recordText(before) +
            "\nafter        " + recordText(after) + '\n';
   }
-  return writeResult(text, resultDescriptor, code == TIM::RC_OK ? EXIT_DONE : EXIT_NOTHING_FOUND);
+  return writeResults(text, resultDescriptor, code == TIM::RC_OK ? EXIT_DONE : EXIT_NOTHING_FOUND);
 }
 
 }  // namespace
@@ -189,7 +182,7 @@ ExitCodeE runLeapShow(bool isJson, int resultDescriptor) {
                                   : "now          " + std::to_string(inForce.current) +
                                         " s\nin force     " + recordText(inForce) +
                                         "\nnormal       " + recordText(normal) + '\n';
-  return writeResult(text, resultDescriptor, EXIT_DONE);
+  return writeResults(text, resultDescriptor);
 }
 
 ExitCodeE runLeapCheck(std::string const& path, bool isJson, int resultDescriptor) {

@@ -8,9 +8,9 @@
 #include "KTX/TIM/KTX_TIM_TimeZone.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
+#include "commands/Results.h"
 #include "commands/TimeForm.h"
 #include "output/JsonLine.h"
-#include "output/OutputFile.h"
 #include "output/RecordText.h"
 #include "system/FileName.h"
 
@@ -52,10 +52,7 @@ ExitCodeE runNow(bool isJson, int resultDescriptor) {
            "\nlocal        " + isoText(now, TIM::TIMEBASE_LOCAL) + "  " + narrowText(zone) +
            "\nMJD (UTC)    " + std::to_string(mjd) + "\nleap second  " + recordText(record);
   }
-  OutputFileC out;
-  out.takeOver(resultDescriptor);
-  out.write(text + '\n');
-  return out.close() ? EXIT_DONE : EXIT_BAD_OUTPUT;
+  return writeResults(text + '\n', resultDescriptor);
 }
 
 }  // namespace KTX::VORTIME

@@ -1,5 +1,6 @@
 #include "commands/RunOutput.h"
 
+#include "commands/Results.h"
 #include "output/JsonReport.h"
 #include "output/TextReport.h"
 #include "system/StandardStreams.h"
@@ -63,13 +64,7 @@ ExitCodeE RunOutputC::finish() {
     ExitCodeE const drawn = drawPlot();
     code = code == EXIT_DONE ? drawn : code;
   }
-  if (!out.flush()) {
-    if (!out.isBrokenPipe()) {
-      printError("cannot write the results: " + out.errorText());
-    }
-    code = EXIT_BAD_OUTPUT;
-  }
-  return code;
+  return closeResults(out, code);
 }
 
 ExitCodeE RunOutputC::drawPlot() {

@@ -4,8 +4,8 @@
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_TimeZone.h"
 #include "KTX/TIM/KTX_TIM_WindowsZoneNames.h"
+#include "commands/Results.h"
 #include "output/JsonLine.h"
-#include "output/OutputFile.h"
 #include "output/TextFormat.h"
 #include "system/FileName.h"
 #include "system/StandardStreams.h"
@@ -14,13 +14,6 @@ namespace KTX::VORTIME {
 namespace {
 
 constexpr std::size_t NAME_WIDTH = 34;
-
-ExitCodeE writeResult(std::string const& text, int resultDescriptor) {
-  OutputFileC out;
-  out.takeOver(resultDescriptor);
-  out.write(text);
-  return out.close() ? EXIT_DONE : EXIT_BAD_OUTPUT;
-}
 
 ExitCodeE fail(std::string const& text) {
   printError(text);
@@ -54,7 +47,7 @@ ExitCodeE runZoneList(bool isJson, int resultDescriptor) {
     }
     text += '\n';
   }
-  return writeResult(text, resultDescriptor);
+  return writeResults(text, resultDescriptor);
 }
 
 ExitCodeE runZoneCurrent(bool isJson, int resultDescriptor) {
@@ -75,7 +68,7 @@ ExitCodeE runZoneCurrent(bool isJson, int resultDescriptor) {
                                   : "name         " + narrowText(name) + "\nIANA         " +
                                         ianaOf(name) + "\noffset text  " + offsetText +
                                         "\nUTC offset   " + std::to_string(offset) + " min\n";
-  return writeResult(text, resultDescriptor);
+  return writeResults(text, resultDescriptor);
 }
 
 ExitCodeE runZoneShow(std::string const& name, bool isJson, int resultDescriptor) {
@@ -97,7 +90,7 @@ ExitCodeE runZoneShow(std::string const& name, bool isJson, int resultDescriptor
                                   : "name         " + name + "\ndisplay      " +
                                         narrowText(display) + "\nIANA         " + ianaOf(wide) +
                                         "\nbias         " + std::to_string(bias) + " min\n";
-  return writeResult(text, resultDescriptor);
+  return writeResults(text, resultDescriptor);
 }
 
 ExitCodeE runZoneMap(std::string const& name, bool isJson, int resultDescriptor) {
@@ -112,7 +105,7 @@ ExitCodeE runZoneMap(std::string const& name, bool isJson, int resultDescriptor)
   std::string const text =
       isJson ? JsonLineC().text("windows", windows).text("iana", iana).str() + '\n'
              : narrowText(mapped) + '\n';
-  return writeResult(text, resultDescriptor);
+  return writeResults(text, resultDescriptor);
 }
 
 ExitCodeE runZoneResolve(std::string const& name,
@@ -127,7 +120,7 @@ ExitCodeE runZoneResolve(std::string const& name,
   std::string const text =
       isJson ? JsonLineC().text("name", name).text("resolved", narrowText(resolved)).str() + '\n'
              : narrowText(resolved) + '\n';
-  return writeResult(text, resultDescriptor);
+  return writeResults(text, resultDescriptor);
 }
 
 }  // namespace KTX::VORTIME

@@ -15,6 +15,18 @@ namespace {
 
 constexpr int STANDARD_OUTPUT = 1;
 
+#if !defined(_WIN32)
+// A stream that was closed at the start keeps its number, so that no file gets it: reading the one
+// fails, and what the other should show goes nowhere.
+void holdClosedStreams() {
+  for (int descriptor = 0; descriptor <= STANDARD_ERROR; ++descriptor) {
+    if (::fcntl(descriptor, F_GETFD) < 0) {
+      ::open("/dev/null", O_WRONLY);
+    }
+  }
+}
+#endif
+
 }  // namespace
 
 int reserveStandardOutput() {
@@ -26,6 +38,7 @@ int reserveStandardOutput() {
 #else
   std::signal(SIGPIPE, SIG_IGN);
   int const results = ::fcntl(STANDARD_OUTPUT, F_DUPFD_CLOEXEC, 3);
+  holdClosedStreams();
   ::dup2(STANDARD_ERROR, STANDARD_OUTPUT);
 #endif
   return results;

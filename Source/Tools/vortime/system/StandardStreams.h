@@ -8,7 +8,8 @@ namespace KTX::VORTIME {
 
 /// Sets standard output apart for the tool's own results: what others in the process print there
 /// goes to standard error from now on. Returns the descriptor for the results, which writes bytes
-/// as they are. A reader that goes away shows as a failed write, not as a signal.
+/// as they are; -1 when standard output is closed. A reader that goes away shows as a failed write,
+/// not as a signal.
 int reserveStandardOutput();
 
 /// True when the descriptor is a terminal.
