@@ -7,6 +7,8 @@ namespace KTX::TIM::TEST {
 
 namespace {
 
+constexpr char const* ASSERT_CHANNEL = "KTX_TIM_AssertLogger";
+
 // Both are never destroyed: the library logs while it is loaded and while the process ends.
 std::mutex& captureMutex() {
   static auto& mutex = *new std::mutex;
@@ -90,7 +92,17 @@ std::size_t LogCaptureC::unaskedCount() const {
 }
 
 std::size_t LogCaptureC::assertionCount() const {
-  return count("KTX_TIM_AssertLogger");
+  return count(ASSERT_CHANNEL);
+}
+
+std::vector<std::string> LogCaptureC::assertionTexts() const {
+  std::string const mark = "Assertion! ";
+  std::vector<std::string> texts = lines(ASSERT_CHANNEL);
+  for (std::string& text : texts) {
+    std::size_t const start = text.find(mark);
+    text = start == std::string::npos ? "" : text.substr(start + mark.size());
+  }
+  return texts;
 }
 
 std::size_t LogCaptureC::builtCount(std::string const& channel) const {

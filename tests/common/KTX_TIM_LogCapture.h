@@ -54,6 +54,8 @@ class LogCaptureC {
 
   /// Lines on the channel of the assertion reporter.
   std::size_t assertionCount() const;
+  /// The text of each of them, empty for a report without one.
+  std::vector<std::string> assertionTexts() const;
 
   /// Channel objects of this name that were built, and destroyed, since the capture began or was
   /// cleared.

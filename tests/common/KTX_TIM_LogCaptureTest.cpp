@@ -96,11 +96,14 @@ TEST(LogCapture, GivesTheLinesBackToTheOlderCapture) {
   EXPECT_THAT(older.lines("Channel"), ElementsAre("older\n"));
 }
 
-TEST(LogCapture, CountsAssertions) {
+TEST(LogCapture, CountsAssertionsAndGivesTheirTexts) {
   LogCaptureC log;
   DbgLogFileC("KTX_TIM_AssertLogger").printLine(6, "%s %d: Assertion!", "file", 15);
   DbgLogFileC("Time").printLine(6, "no assertion\n");
   EXPECT_EQ(1U, log.assertionCount());
+  DbgLogFileC("KTX_TIM_AssertLogger").printLine(6, "%s %d: Assertion! %s", "file", 20, "some text");
+  EXPECT_EQ(2U, log.assertionCount());
+  EXPECT_THAT(log.assertionTexts(), ElementsAre("", "some text"));
   log.clear();
   EXPECT_EQ(0U, log.assertionCount());
 }

@@ -118,7 +118,7 @@ TEST_F(SysTimeOffset, AssertsOnACalendarWithoutEpochAndTakes1970) {
   FakeClockC::DurationT const reading(86400000);
   auto const counter = boost::make_shared<FakeClockC>(reading.count());
   SysTimeOffsetT const built(counter, steady, 51, 60000, 55);
-  EXPECT_EQ(1u, log.assertionCount());
+  EXPECT_THAT(log.assertionTexts(), ::testing::ElementsAre("System clock has no epoch!"));
   EXPECT_EQ(40588.0, built.getCurrentSysTime().mjd);
 }
 
@@ -149,20 +149,32 @@ TEST_F(SysTimeOffset, TakesCalendarReadingsOfTheYears1400To9999) {
 }
 
 TEST_F(SysTimeOffset, AssertsOnEachNumberOutOfRange) {
+  std::string const threshold = "Change threshold is not positive!";
+  std::string const period = "Period is not positive!";
+  std::string const limit = "Uncertainty limit is not positive!";
+  std::string const tooLow = "Uncertainty limit is not above the floor of the estimate!";
   struct {
     std::int64_t thresholdMs;
     std::int64_t periodMs;
     std::int64_t maxUncertaintyMs;
-    std::size_t assertions;
-  } const cases[] = {{51, 60000, 55, 0}, {1, 1, 21, 0},      {51, 60000, 20, 1}, {51, 60000, 1, 1},
-                     {51, 60000, 0, 2},  {51, 60000, -1, 2}, {0, 60000, 55, 1},  {-1, 60000, 55, 1},
-                     {51, 0, 55, 1},     {51, -1, 55, 1},    {0, 0, 0, 4}};
+    std::vector<std::string> assertions;
+  } const cases[] = {{51, 60000, 55, {}},
+                     {1, 1, 21, {}},
+                     {51, 60000, 20, {tooLow}},
+                     {51, 60000, 1, {tooLow}},
+                     {51, 60000, 0, {limit, tooLow}},
+                     {51, 60000, -1, {limit, tooLow}},
+                     {0, 60000, 55, {threshold}},
+                     {-1, 60000, 55, {threshold}},
+                     {51, 0, 55, {period}},
+                     {51, -1, 55, {period}},
+                     {0, 0, 0, {threshold, period, limit, tooLow}}};
   for (auto const& c : cases) {
     SCOPED_TRACE(::testing::Message()
                  << c.thresholdMs << " " << c.periodMs << " " << c.maxUncertaintyMs);
     log.clear();
     SysTimeOffsetT const built(utc, steady, c.thresholdMs, c.periodMs, c.maxUncertaintyMs);
-    EXPECT_EQ(c.assertions, log.assertionCount());
+    EXPECT_EQ(c.assertions, log.assertionTexts());
     EXPECT_EQ(THURSDAY_MJD, built.getCurrentSysTime().mjd);
   }
 }

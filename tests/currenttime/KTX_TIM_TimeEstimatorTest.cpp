@@ -183,7 +183,8 @@ TEST_F(TimeEstimatorTest, ADayBeyondTheCalendarStopsOnlyTheTrace) {
 
 TEST_F(TimeEstimatorTest, AssertsOnceForVarianceAndFloor) {
   TimeEstimator const broken(5000, 0, {{seedMjd, 1000000}, 0.0});
-  EXPECT_EQ(1u, log.assertionCount());
+  EXPECT_THAT(log.assertionTexts(),
+              ::testing::ElementsAre("Initial variance or its floor is not positive!"));
 }
 
 }  // namespace

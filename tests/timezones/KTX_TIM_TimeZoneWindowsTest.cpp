@@ -49,12 +49,7 @@ class TimeZoneWindows : public ::testing::Test {
   }
 
   std::vector<std::string> assertions() {
-    std::vector<std::string> texts;
-    for (std::string const& line : log.lines(ASSERT_CHANNEL)) {
-      std::string const mark = "Assertion! ";
-      std::size_t const start = line.find(mark);
-      texts.push_back(start == std::string::npos ? "" : line.substr(start + mark.size()));
-    }
+    std::vector<std::string> texts = log.assertionTexts();
     log.clear();
     return texts;
   }

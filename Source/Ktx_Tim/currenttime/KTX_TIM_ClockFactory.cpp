@@ -13,7 +13,7 @@ namespace {
 
 void expectNoCalendar(ClockReferenceE reference) {
   if (reference != CLOCKREF_NONE && reference != CLOCKREF_DEFAULT) {
-    logAssertion();
+    logAssertion("Steady clock takes no calendar reference!");
   }
 }
 
@@ -25,7 +25,7 @@ ClockReferenceE calendarOf(ClockReferenceE reference) {
     case CLOCKREF_DEFAULT:
       return CLOCKREF_UTC;
     default:
-      logAssertion();
+      logAssertion("Calendar clock takes UTC or local time!");
       return CLOCKREF_UTC;
   }
 }
@@ -42,7 +42,7 @@ boost::shared_ptr<ClockI<Period>> buildClock(ClockTypeE type, ClockReferenceE re
     case CLOCKTYPE_POSIX:
       return boost::make_shared<PosixClockC<Period>>(calendarOf(reference));
     default:
-      logAssertion();
+      logAssertion("Clock type is unknown!");
       return nullptr;
   }
 }
@@ -51,7 +51,7 @@ template <class Period>
 boost::shared_ptr<ClockI<Period>> buildCheckedClock(ClockTypeE type, ClockReferenceE reference) {
   auto clock = buildClock<Period>(type, reference);
   if (!clock) {
-    logAssertion();
+    logAssertion("No clock was built!");
   }
   return clock;
 }

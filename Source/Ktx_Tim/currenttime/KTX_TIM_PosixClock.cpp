@@ -79,7 +79,7 @@ PosixClockC<Period>::PosixClockC(ClockReferenceE clockReference) : reference(clo
 template <class Period>
 typename ClockI<Period>::DurationT PosixClockC<Period>::now() const {
   if (isWithoutCalendar(reference)) {
-    logAssertion();
+    logAssertion("Calendar clock has no calendar reference!");
     return typename ClockI<Period>::DurationT(0);
   }
   return ticksSinceEpoch<Period>(readCalendar(reference));

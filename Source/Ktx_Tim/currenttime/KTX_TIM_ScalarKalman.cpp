@@ -8,7 +8,7 @@ namespace KTX::TIM {
 
 void ScalarKalmanC::init(double x0, double p0, double minVariance) {
   if (!(p0 > 0.0 && minVariance > 0.0)) {
-    logAssertion();
+    logAssertion("Initial variance or its floor is not positive!");
   }
   x = x0;
   p = p0;
@@ -17,7 +17,7 @@ void ScalarKalmanC::init(double x0, double p0, double minVariance) {
 
 void ScalarKalmanC::predict(double dx, double q) {
   if (!(q >= 0.0)) {
-    logAssertion();
+    logAssertion("Process noise is negative or not a number!");
   }
   x = x + dx;
   p = p + q;
@@ -25,7 +25,7 @@ void ScalarKalmanC::predict(double dx, double q) {
 
 void ScalarKalmanC::update(double z, double h, double r, double& correction) {
   if (!(r >= 0.0)) {
-    logAssertion();
+    logAssertion("Observation variance is negative or not a number!");
   }
   double const k = h / (p * h + r) * p;
   double const corr = (z - h * x) * k;

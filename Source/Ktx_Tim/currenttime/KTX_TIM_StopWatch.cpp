@@ -26,7 +26,7 @@ void StopWatchC::start() {
 
 void StopWatchC::stop() {
   if (!isStarted()) {
-    logAssertion();
+    logAssertion("Stop watch is stopped without a start!");
   }
   stopNs = readClock();
 }
@@ -38,7 +38,7 @@ bool StopWatchC::isStarted() const {
 std::int64_t StopWatchC::elapsed() const {
   std::int64_t const endNs = stopNs != 0 ? stopNs : readClock();
   if (endNs == 0) {
-    logAssertion();
+    logAssertion("Stop watch reads zero at its end!");
   }
   // Unsigned: a clock of the caller's may read anything, and the difference wraps.
   return static_cast<std::int64_t>(static_cast<std::uint64_t>(endNs) -
@@ -52,7 +52,7 @@ std::int64_t StopWatchC::elapsedMs() const {
 
 std::int64_t StopWatchC::readClock() const {
   if (!clock) {
-    logAssertion();
+    logAssertion("Stop watch has no clock!");
     return 0;
   }
   return clock->now().count();

@@ -8,7 +8,7 @@ namespace KTX::TIM {
 void setSysTimeClocks(boost::shared_ptr<ClockI<boost::milli>> const& systemClock,
                       boost::shared_ptr<ClockI<boost::milli>> const& steadyClock) {
   if (!systemClock || !steadyClock) {
-    logAssertion();
+    logAssertion("Clock is null!");
     return;
   }
   SysTimeOffsetT::setClocks(systemClock, steadyClock);

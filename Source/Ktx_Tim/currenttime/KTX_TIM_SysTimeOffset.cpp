@@ -49,7 +49,7 @@ posix_time::ptime epochOf(ClockI<boost::milli> const& clock) {
   if (!epoch.is_special()) {
     return epoch;
   }
-  logAssertion();
+  logAssertion("System clock has no epoch!");
   return posix_time::ptime(boost::gregorian::date(1970, 1, 1));
 }
 
@@ -116,16 +116,16 @@ SysTimeOffsetT::SysTimeOffsetT(ClockT const& calendarClock,
       periodMs(period),
       maxUncertaintyMs(uncertaintyMs) {
   if (changeThresholdMs <= 0) {
-    logAssertion();
+    logAssertion("Change threshold is not positive!");
   }
   if (periodMs <= 0) {
-    logAssertion();
+    logAssertion("Period is not positive!");
   }
   if (maxUncertaintyMs <= 0) {
-    logAssertion();
+    logAssertion("Uncertainty limit is not positive!");
   }
   if (maxUncertaintyMs <= MIN_SIGMA_MS) {
-    logAssertion();
+    logAssertion("Uncertainty limit is not above the floor of the estimate!");
   }
   seed();
 }

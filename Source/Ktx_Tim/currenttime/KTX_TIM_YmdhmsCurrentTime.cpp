@@ -156,7 +156,7 @@ std::uint32_t YmdhmsC::makeToCurrentTime(std::int64_t noiseMs) const {
 
 bool YmdhmsC::applyToCurrentSystemTime() const {
   if (timeBase != TIMEBASE_UTC) {
-    logAssertion();
+    logAssertion("System clock can only be set to a UTC value!");
     return false;
   }
   SystemTimeRecordC const record = systemTimeOf(*this);

@@ -93,11 +93,11 @@ LeapSecondVerdictE compareLeapSecondAt(UtcLeapSecondRecord const& held,
     return LEAPSECOND_REJECT;
   }
   if (!incoming.effectivityKnown) {
-    logAssertion();
+    logAssertion("New leap second has no known effectivity!");
     return LEAPSECOND_REJECT;
   }
   if (!held.effectivityKnown) {
-    logAssertion();
+    logAssertion("Held leap second has no known effectivity!");
     return LEAPSECOND_ACCEPT;
   }
   return compareAnnouncements(held, incoming, now);

@@ -59,7 +59,7 @@ std::uint32_t UtcLeapSecondProvider::getLeapSecond(GpsC const& time,
     return getDefaultLeapSecondProvider()->getLeapSecond(time, record, effectivity);
   }
   if (record.day == 0) {
-    logAssertion();
+    logAssertion("Site leap second has no known effectivity!");
   }
   GpsC instant(this);
   instant += effectivityInstant(record);
@@ -85,7 +85,7 @@ std::uint32_t UtcLeapSecondProvider::setSiteLeapSecond(std::int16_t current,
       return RC_OK;
     }
   }
-  logAssertion();
+  logAssertion("Site leap second is zero!");
   return RC_FAILED;
 }
 

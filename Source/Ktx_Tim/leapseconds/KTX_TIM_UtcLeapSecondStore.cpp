@@ -352,7 +352,7 @@ void UtcLeapSecondStore::updateEffectivity() {
     effectivity += effectivityInstant(record);
     futureFrom = orderOf(effectivity);
   } else if (record.week != 0 || record.day != 0) {
-    logAssertion();
+    logAssertion("Leap second has a week or day without a known effectivity!");
   }
 }
 

@@ -22,7 +22,7 @@ WeekTimeC plain(GPSTimeC const& time) {
 
 bool queryLeapSecond(LeapSecondProviderI* provider, GpsC const& time, LeapSecondAnswerC& answer) {
   if (provider->getLeapSecond(time, answer.record, &answer.effectivity) != 0) {
-    logAssertion();
+    logAssertion("Leap second query failed!");
     return false;
   }
   return true;

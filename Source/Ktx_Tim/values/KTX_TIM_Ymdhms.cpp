@@ -67,7 +67,7 @@ void YmdhmsC::setFrom(MjdTimeC const& time) {
 
 void YmdhmsC::fromTm(std::tm const* brokenDown) {
   if (brokenDown == nullptr) {
-    logAssertion();
+    logAssertion("Broken-down time is null!");
     return;
   }
   year = static_cast<std::uint16_t>(wrappingSum(brokenDown->tm_year, 1900));
@@ -85,7 +85,7 @@ void YmdhmsC::fromTm(std::tm const* brokenDown) {
 
 void YmdhmsC::toTm(std::tm* brokenDown) const {
   if (brokenDown == nullptr) {
-    logAssertion();
+    logAssertion("Broken-down time is null!");
     return;
   }
   brokenDown->tm_year = year - 1900;
