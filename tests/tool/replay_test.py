@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """Runs `vortime replay` on the checked-in logs as a person would."""
+import datetime
 import os
 import pathlib
 import re
@@ -7,7 +8,7 @@ import tempfile
 import unittest
 
 import tool_runner
-from tool_runner import SAMPLES, json_lines, run
+from tool_runner import SAMPLES, json_lines, run, sentence
 
 LOGS = sorted(p for p in SAMPLES.iterdir() if p.suffix in (".log", ".json"))
 
@@ -77,6 +78,35 @@ class FirstSlice(unittest.TestCase):
         options = ("replay", "--json", "--jitter", "15", "--pc-drift", "50", SAMPLES / "telit-he910.log")
         self.assertEqual(run(*options).stdout, run(*options).stdout)
         self.assertNotEqual(run(*options).stdout, run(*options, "--seed", "2").stdout)
+
+
+class OldMapping(unittest.TestCase):
+    """More than a day without a correction: the library would print a line for each observation."""
+
+    def replay(self, *options, seconds=(0, 86400, 172800, 259200)):
+        times = (datetime.datetime(2024, 2, 1) + datetime.timedelta(seconds=s) for s in seconds)
+        log = "".join(sentence(f"GPZDA,{time:%H%M%S},{time:%d,%m,%Y},00,00") for time in times)
+        result = run("replay", *options, "-", input=log)
+        self.assertEqual((0, ""), (result.returncode, result.stderr))
+        return result.stdout
+
+    def test_is_reported_once_in_the_results(self):
+        objects = json_lines(self.replay("--json"))
+        self.assertEqual(["observation"] * 3 + ["old_mapping", "observation", "summary"], [o["type"] for o in objects])
+        self.assertEqual(172800000, objects[3]["age_ms"])
+        self.assertEqual(1, self.replay().count("no correction for 48 hours"))
+        self.assertEqual(1, self.replay("--quiet").count("no correction for 48 hours"))
+
+    def test_begins_above_one_day(self):
+        for last, types in ((86400, ["summary"]), (86401, ["old_mapping", "summary"])):
+            with self.subTest(last=last):
+                objects = json_lines(self.replay("--json", "-q", seconds=(0, 43200, last)))
+                self.assertEqual(types, [o["type"] for o in objects])
+
+    def test_a_correction_renews_the_mapping(self):
+        """From the first message the PC is 1 s off: its correction comes 12 hours later, and counts from there."""
+        objects = json_lines(self.replay("--json", "-q", "--pc-drift", "1.5", seconds=(0, 43200, 86400, 129600)))
+        self.assertEqual(["correction"] * 3 + ["summary"], [o["type"] for o in objects])
 
 
 if __name__ == "__main__":

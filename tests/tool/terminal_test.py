@@ -244,20 +244,6 @@ class Failures(unittest.TestCase):
             self.assertIn("is it installed?", result.stderr)
             self.assertTrue(pathlib.Path(folder, "p.tsv").is_file())
 
-    def test_what_the_library_prints_does_not_get_into_the_results(self):
-        """More than a day without a correction: the library warns on standard output at each look."""
-        log = "".join(sentence(f"GPZDA,000000,{day:02},02,2024,00,00") for day in range(1, 5))
-        result = run("replay", "--json", "-", input=log)
-        self.assertEqual(["observation"] * 4 + ["summary"], [o["type"] for o in json_lines(result.stdout)])
-        self.assertIn("Hoops wrong correction!", result.stderr)
-
-
-def sentence(body):
-    checksum = 0
-    for c in body:
-        checksum ^= ord(c)
-    return f"${body}*{checksum:02X}\r\n"
-
 
 class SetClock(unittest.TestCase):
     def test_a_refusal_is_told(self):

@@ -38,6 +38,14 @@ def json_lines(text):
     return [json.loads(line) for line in text.splitlines()]
 
 
+def sentence(body):
+    """An NMEA sentence with its checksum and line end."""
+    checksum = 0
+    for c in body:
+        checksum ^= ord(c)
+    return f"${body}*{checksum:02X}\r\n"
+
+
 def main():
     # By full path: some tests run it with another PATH.
     COMMAND[:] = [os.path.abspath(a) if os.path.exists(a) else shutil.which(a) or a for a in sys.argv[1:]]

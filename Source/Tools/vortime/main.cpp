@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <exception>
 
+#include "KTX/TIM/KTX_TIM_PresentWarning.h"
 #include "commands/CommandLine.h"
 #include "commands/Results.h"
 #include "system/Arguments.h"
@@ -11,6 +12,8 @@ namespace {
 int run(int count, char const* const* values) {
   using namespace KTX::VORTIME;
   int const results = reserveStandardOutput();
+  // A replay would print the line for each message; the report of a run says it once.
+  KTX::TIM::setPresentWarningEnabled(false);
   CommandLineC const commandLine = readCommandLine(commandLineArguments(count, values));
   bool const hasResults = commandLine.command || !commandLine.helpText.empty();
   if (hasResults && results < 0) {

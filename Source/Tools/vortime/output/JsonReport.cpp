@@ -250,6 +250,12 @@ void JsonReportC::onLeapChange(TIM::UtcLeapSecondRecord const& previous,
   end();
 }
 
+void JsonReportC::onOldMapping(std::int64_t ageMs) {
+  begin("old_mapping");
+  appendNumber(out.buffer(), "age_ms", ageMs);
+  end();
+}
+
 void JsonReportC::onSummary(SummaryReportC const& summary) {
   begin("summary");
   std::string& text = out.buffer();

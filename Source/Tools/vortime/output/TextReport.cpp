@@ -200,6 +200,16 @@ void TextReportC::onLeapChange(TIM::UtcLeapSecondRecord const& previous,
   endLine();
 }
 
+void TextReportC::onOldMapping(std::int64_t ageMs) {
+  constexpr std::int64_t MS_PER_HOUR = 3600000;
+  std::string& text = out.buffer();
+  text += INDENT;
+  text += "warning      no correction for ";
+  appendSigned(text, ageMs / MS_PER_HOUR);
+  text += " hours: the present rests on the PC's steady clock (reported once)\n";
+  endLine();
+}
+
 void TextReportC::onSummary(SummaryReportC const& summary) {
   out.buffer() += summaryText(summary);
   endLine();

@@ -28,6 +28,7 @@ class TextReportC : public ReplayReportI {
   void onLeapStatement(MessageReportC const& message, LeapReportC const& leap) override;
   void onLeapChange(TIM::UtcLeapSecondRecord const& previous,
                     TIM::UtcLeapSecondRecord const& current) override;
+  void onOldMapping(std::int64_t ageMs) override;
   void onSummary(SummaryReportC const& summary) override;
 
  private:

@@ -89,6 +89,7 @@ ReplayEngineC::ReplayEngineC(HostPcI& hostPc,
   }
   correctionConnection = TIM::connectTimeCorrected(
       [this](int week, int millisecondsOfWeek, TIM::TimeChangeT const& change) {
+        mappedSteadyMs = steadyMs;
         CorrectionReportC correction;
         correction.week = static_cast<std::uint16_t>(week);
         correction.msOfWeek = static_cast<std::uint32_t>(millisecondsOfWeek);
@@ -235,6 +236,7 @@ PcReadingC ReplayEngineC::arrive(TimeEventC const& event, std::int64_t unixMs) {
 
 void ReplayEngineC::startClocks(PcReadingC const& reading) {
   hasClocks = true;
+  mappedSteadyMs = reading.steadyMs;
   TIM::setSysTimeClocks(systemClock, steadyClock);
   mirror.start(utcDayNumberOf(reading.systemUnixMs), reading.steadyMs);
 }
@@ -256,6 +258,7 @@ void ReplayEngineC::useObservation(MessageReportC const& message, PcReadingC con
     estimates->onEstimate(step);
   }
   reportCorrections();
+  reportOldMapping();
 }
 
 void ReplayEngineC::offerLeap(MessageReportC const& message) {
@@ -343,6 +346,14 @@ void ReplayEngineC::reportCorrections() {
   for (CorrectionReportC const& correction : released) {
     ++runCounts.corrections;
     report.onCorrection(correction);
+  }
+}
+
+void ReplayEngineC::reportOldMapping() {
+  std::int64_t const ageMs = steadyMs - mappedSteadyMs;
+  if (!hasToldOldMapping && ageMs > OLD_MAPPING_MS) {
+    hasToldOldMapping = true;
+    report.onOldMapping(ageMs);
   }
 }
 

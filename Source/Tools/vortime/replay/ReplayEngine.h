@@ -37,6 +37,8 @@ class ReplayEngineC : public TimeEventSinkI {
  public:
   /// The standard deviation of observations that state no accuracy.
   static constexpr std::int64_t DEFAULT_NOISE_MS = 10;
+  /// The age of the library's mapping above which the report is told of it.
+  static constexpr std::int64_t OLD_MAPPING_MS = 86400000;
 
   /// All must outlive the engine; estimateSink may be null.
   ReplayEngineC(HostPcI& hostPc,
@@ -71,6 +73,7 @@ class ReplayEngineC : public TimeEventSinkI {
   void refuse(MessageReportC const& message, RefusalE refusal);
   void countSigns(std::uint32_t signs);
   void reportCorrections();
+  void reportOldMapping();
   void handPendingLeap();
   std::int64_t noiseOf(TimeEventC const& event) const;
 
@@ -90,6 +93,8 @@ class ReplayEngineC : public TimeEventSinkI {
   bool hasClocks = false;
   std::int64_t latestUnixMs = 0;
   std::int64_t steadyMs = 0;
+  std::int64_t mappedSteadyMs = 0;  ///< when the library's mapping was last set
+  bool hasToldOldMapping = false;
   std::optional<TimeEventC> pendingLeap;  ///< came before the first time
   std::vector<CorrectionReportC> corrections;
   bool hasLeapChange = false;

@@ -76,6 +76,8 @@ class ReplayReportI {
   virtual void onLeapStatement(MessageReportC const& message, LeapReportC const& leap) = 0;
   virtual void onLeapChange(TIM::UtcLeapSecondRecord const& previous,
                             TIM::UtcLeapSecondRecord const& current) = 0;
+  /// The library's present rests on a mapping older than a day, of this age; told once a run.
+  virtual void onOldMapping(std::int64_t ageMs) = 0;
   virtual void onSummary(SummaryReportC const& summary) = 0;
 };
 
