@@ -129,6 +129,39 @@ class Interrupted(unittest.TestCase):
                 os.close(slave)
 
 
+    def test_watch_that_nothing_came_to(self):
+        master, slave = pty.openpty()
+        terminal = TerminalC("watch", os.ttyname(slave))
+        terminal.read(until="change/ms")
+        terminal.process.send_signal(signal.SIGINT)
+        self.assertEqual(1, terminal.finish())
+        self.assertIn("Summary (interrupted)", terminal.text)
+        self.assertIn(f"vortime: nothing usable came from {os.ttyname(slave)}", terminal.text)
+        self.assertNotIn("has ended", terminal.text)
+        os.close(master)
+        os.close(slave)
+
+    def test_watch_of_a_source_that_ends(self):
+        for log, text in (("isync.log", "the source has ended: -"),
+                          (None, "the source has ended: -; nothing usable came from -")):
+            with self.subTest(log=log):
+                result = run("watch", "-q", "-", input=(SAMPLES / log).read_text() if log else "")
+                self.assertEqual((1, f"vortime: {text}\n"), (result.returncode, result.stderr))
+                self.assertIn("Summary\n", result.stdout)
+
+    def test_watch_of_a_device_that_is_pulled_out(self):
+        master, slave = pty.openpty()
+        name = os.ttyname(slave)
+        terminal = TerminalC("watch", name)
+        terminal.read(until="change/ms")
+        os.write(master, b"$GPZDA,131519.00,03,02,2016,00,00*6C\r\n")
+        terminal.read(until="2016-02-03T13:15:19.000Z")
+        os.close(slave)
+        os.close(master)
+        self.assertEqual(1, terminal.finish())
+        self.assertIn(f"vortime: the source has ended: {name}", terminal.text)
+
+
 def wait_until_read(writer):
     """Waits until nothing is left in the pipe."""
     deadline = time.monotonic() + NO_NEW_TIME
@@ -251,7 +284,7 @@ class SetClock(unittest.TestCase):
             with self.subTest(options=options):
                 result = run("watch", "--set-clock", "-q", *options, "-", input=(SAMPLES / "isync.log").read_text(),
                              preexec_fn=give_up_the_clock)
-                self.assertEqual(0, result.returncode)
+                self.assertEqual(1, result.returncode)
                 self.assertIn('"clock_set":false' if options else "clock kept   2016-02-03T13:15:", result.stdout)
                 if not options:
                     self.assertIn("the right to set the time", result.stdout)
@@ -324,8 +357,46 @@ class Gpsd(unittest.TestCase):
     def test_nobody_there(self):
         with socket_port() as port:
             result = run("watch", f"gpsd://localhost:{port}")
-        self.assertEqual(3, result.returncode)
-        self.assertIn("cannot read gpsd://", result.stderr)
+            self.assertEqual((3, f"vortime: cannot read gpsd://localhost:{port}: can't connect to host/port pair\n"),
+                             (result.returncode, result.stderr))
+        result = run("watch", "gpsd://localhost:no-such-port")
+        self.assertEqual((3, "vortime: cannot read gpsd://localhost:no-such-port: can't get service entry\n"),
+                         (result.returncode, result.stderr))
+
+    def serve(self, reports, is_reset=False):
+        """Watches a daemon that sends these reports and closes the connection."""
+        with socket.create_server(("127.0.0.1", 0)) as server:
+            source = f"gpsd://127.0.0.1:{server.getsockname()[1]}"
+            process = subprocess.Popen(COMMAND + ["watch", "--json", source], text=True, stdout=subprocess.PIPE,
+                                       stderr=subprocess.PIPE, preexec_fn=give_up_the_clock)
+            server.settimeout(NO_NEW_TIME)
+            connection, _ = server.accept()
+            connection.settimeout(NO_NEW_TIME)
+            connection.recv(4096)
+            connection.sendall(reports.encode())
+            lines = [process.stdout.readline() for _ in range(2)] if is_reset else []
+            if is_reset:
+                connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+            connection.close()
+            out, err = process.communicate(timeout=NO_NEW_TIME)
+            return source, process.returncode, json_lines("".join(lines) + out), err
+
+    TPV = '{"class":"TPV","mode":3,"time":"2024-01-01T00:00:00.000Z"}\n'
+
+    def test_daemon_that_ends(self):
+        source, code, objects, error = self.serve(self.TPV)
+        self.assertEqual((1, f"vortime: the source has ended: {source}\n"), (code, error))
+        self.assertEqual((1, False), (objects[-1]["used"], objects[-1]["interrupted"]))
+
+    def test_daemon_that_ends_without_a_time(self):
+        source, code, _, error = self.serve('{"class":"VERSION","release":"3.22"}\n')
+        self.assertEqual((1, f"vortime: the source has ended: {source}; nothing usable came from {source}\n"),
+                         (code, error))
+
+    def test_connection_that_breaks(self):
+        source, code, objects, error = self.serve(self.TPV, is_reset=True)
+        self.assertEqual((3, f"vortime: cannot read {source}: Connection reset by peer\n"), (code, error))
+        self.assertEqual(1, objects[-1]["used"])
 
 
 class socket_port:

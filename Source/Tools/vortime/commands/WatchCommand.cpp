@@ -41,6 +41,18 @@ void readAll(LiveInputI& input, StreamReaderC& reader, RunOutputC const& output)
   reader.read(held, true);
 }
 
+// What a user who has not ended the run must know; empty when all is well.
+std::string endText(std::string const& source, bool hasFound) {
+  std::string text;
+  if (!InterruptC::isRequested()) {
+    text = "the source has ended: " + source;
+  }
+  if (!hasFound) {
+    text += (text.empty() ? "" : "; ") + ("nothing usable came from " + source);
+  }
+  return text;
+}
+
 }  // namespace
 
 ExitCodeE runWatch(WatchCommandOptionsC const& options, int resultDescriptor) {
@@ -70,7 +82,16 @@ ExitCodeE runWatch(WatchCommandOptionsC const& options, int resultDescriptor) {
     printError("cannot read " + options.source + ": " + input->errorText());
     return EXIT_BAD_INPUT;
   }
-  return written;
+  if (written != EXIT_DONE) {
+    return written;
+  }
+  std::string const ended =
+      endText(options.source, engine.counts().used + engine.counts().leapStatements > 0);
+  if (!ended.empty()) {
+    printError(ended);
+    return EXIT_NOTHING_FOUND;
+  }
+  return EXIT_DONE;
 }
 
 }  // namespace KTX::VORTIME

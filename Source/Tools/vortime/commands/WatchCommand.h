@@ -16,7 +16,8 @@ struct WatchCommandOptionsC {
   RunOutputOptionsC output;
 };
 
-/// Follows a receiver on the real clocks until its input ends or Ctrl-C comes.
+/// Follows a receiver on the real clocks until its input ends or Ctrl-C comes. It is done when
+/// Ctrl-C ended it and something usable came.
 ExitCodeE runWatch(WatchCommandOptionsC const& options, int resultDescriptor);
 
 }  // namespace KTX::VORTIME

@@ -6,7 +6,7 @@ namespace KTX::VORTIME {
 /// How the program ends.
 enum ExitCodeE : int {
   EXIT_DONE = 0,
-  EXIT_NOTHING_FOUND = 1,  ///< the input was read, but held nothing to use or a value was refused
+  EXIT_NOTHING_FOUND = 1,  ///< nothing usable found, a watched source ended, or a value refused
   EXIT_BAD_USAGE = 2,      ///< the command line is wrong
   EXIT_BAD_INPUT = 3,      ///< an input cannot be read
   EXIT_BAD_OUTPUT = 4,     ///< an output cannot be written

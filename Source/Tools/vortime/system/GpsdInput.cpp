@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
 #include <gps.h>
+#include <system_error>
 
 #include "system/LiveInput.h"
 
@@ -10,6 +12,11 @@ namespace {
 
 constexpr int WAIT_US = 200000;
 constexpr std::size_t MAX_REPORT = 16384;
+
+// The client library puts its own numbers, which are negative, into errno beside the system's.
+std::string errorMessage(int number) {
+  return number < 0 ? ::gps_errstr(number) : std::generic_category().message(number);
+}
 
 class GpsdInputC : public LiveInputI {
  public:
@@ -21,9 +28,9 @@ class GpsdInputC : public LiveInputI {
   }
 
   bool open(std::string const& host, std::string const& port, std::string& openError) {
-    int const result = ::gps_open(host.c_str(), port.c_str(), &connection);
-    if (result != 0) {
-      openError = ::gps_errstr(result);
+    errno = 0;
+    if (::gps_open(host.c_str(), port.c_str(), &connection) != 0) {
+      openError = errorMessage(errno);
       return false;
     }
     isOpen = true;
@@ -46,7 +53,7 @@ class GpsdInputC : public LiveInputI {
   }
 
   bool isAtEnd() const override { return atEnd && pending.empty(); }
-  std::string errorText() const override { return {}; }
+  std::string errorText() const override { return error; }
 
  private:
   void receive() {
@@ -54,9 +61,12 @@ class GpsdInputC : public LiveInputI {
       return;
     }
     std::array<char, MAX_REPORT> message{};
+    errno = 0;
     int const count = ::gps_read(&connection, message.data(), static_cast<int>(message.size() - 1));
     if (count < 0) {
+      // Without an error number the daemon has closed the connection.
       atEnd = true;
+      error = errno == 0 ? "" : errorMessage(errno);
       return;
     }
     pending = message.data();
@@ -68,6 +78,7 @@ class GpsdInputC : public LiveInputI {
   gps_data_t connection{};
   bool isOpen = false;
   bool atEnd = false;
+  std::string error;
   std::string pending;
 };
 
