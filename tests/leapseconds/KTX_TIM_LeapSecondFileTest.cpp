@@ -7,6 +7,15 @@
 #include <streambuf>
 #include <string>
 
+#if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
+#else
+#include <sys/fsuid.h>
+#include <unistd.h>
+#endif
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -31,6 +40,35 @@ std::string times(std::size_t count, std::string const& text) {
   }
   return result;
 }
+
+/// Keeps this thread from reading a file while it lives.
+class UnreadableFileC {
+ public:
+#if defined(_WIN32)
+  explicit UnreadableFileC(std::filesystem::path const& path) {
+    EXPECT_EQ(0, _wsopen_s(&file, path.c_str(), _O_RDONLY, _SH_DENYRW, 0));
+  }
+  ~UnreadableFileC() {
+    _close(file);
+  }
+#else
+  explicit UnreadableFileC(std::filesystem::path const& path) {
+    std::filesystem::permissions(path, std::filesystem::perms::none);
+    // Root may read any file, so it is another user to the file system meanwhile.
+    setfsuid(geteuid() == 0 ? 65534 : geteuid());
+  }
+  ~UnreadableFileC() {
+    setfsuid(geteuid());
+  }
+#endif
+  UnreadableFileC(UnreadableFileC const&) = delete;
+  UnreadableFileC& operator=(UnreadableFileC const&) = delete;
+
+ private:
+#if defined(_WIN32)
+  int file = -1;
+#endif
+};
 
 class LeapSecondFile : public ::testing::Test {
  protected:
@@ -180,10 +218,8 @@ TEST_F(LeapSecondFile, FailsForANameThatIsNoText) {
 
 TEST_F(LeapSecondFile, FailsForAFileThatMayNotBeRead) {
   auto const path = folder.write("leap.txt", "17,18,1929,7\n");
-  std::filesystem::permissions(path, std::filesystem::perms::none);
-  if (std::ifstream(path).is_open()) {
-    GTEST_SKIP() << "this user, or this system, may read any file";
-  }
+  UnreadableFileC const unreadable(path);
+  ASSERT_FALSE(std::ifstream(path).is_open());
   EXPECT_EQ(FAILED, loadLeapSecondFile(path.wstring(), false));
   EXPECT_EQ(initial, recordInForce());
 }

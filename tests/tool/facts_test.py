@@ -1,357 +1,278 @@
 #!/usr/bin/env python3
-"""Compares what the tool reads in real receiver data with what independent decoders read there."""
-import collections
-import csv
+"""Compares what the tool reads in samples/ with what independent decoders read there, and in data made here with how it
+was made."""
 import datetime
-import json
+import os
+import pathlib
 import re
-import sys
+import struct
+import tempfile
 import unittest
 
+import fact_checks
 import tool_runner
+from fact_checks import instant, milliseconds, replay
+from tool_runner import SAMPLES
 
-DATA = tool_runner.data_folder()
-TIME_SENTENCES = ("RMC", "ZDA", "GGA", "GLL")
-DATED = ("RMC", "ZDA")
-HEX_FIELDS = ("valid", "fl", "fl2")
-
-
-def read_facts():
-    facts = collections.defaultdict(lambda: collections.defaultdict(list))
-    with open(DATA / "FACTS.tsv", encoding="utf-8") as file:
-        for row in csv.DictReader(file, delimiter="\t", quoting=csv.QUOTE_NONE):
-            facts[row["file"]][row["fact"]].append(row["value"])
-    return facts
+FACTS = fact_checks.FactSetC(SAMPLES, pathlib.Path(__file__).parent / "facts")
+ROLLOVER = datetime.timedelta(weeks=1024)
 
 
-FACTS = read_facts() if DATA else {}
+class MadeData(unittest.TestCase):
+    """A folder for files that a test writes."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(dir=os.getcwd())
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def write(self, name, content):
+        path = self.folder / name
+        path.write_bytes(content if isinstance(content, bytes) else content.encode())
+        return path
 
 
-def rows(path, suffix):
-    with open(str(path) + suffix, encoding="utf-8") as file:
-        return list(csv.DictReader(file, delimiter="\t", quoting=csv.QUOTE_NONE))
+def sentence(body):
+    checksum = 0
+    for c in body.encode():
+        checksum ^= c
+    return f"${body}*{checksum:02X}"
 
 
-def files(folder, suffix):
-    return sorted(p for p in (DATA / folder).iterdir() if (DATA / folder / (p.name + suffix)).exists())
+def zda(time):
+    return sentence(f"GPZDA,{time:%H%M%S}.{time.microsecond // 10000:02},{time:%d,%m,%Y},00,00")
 
 
-def replay(path):
-    result = tool_runner.run("replay", "--json", path)
-    assert result.returncode in (0, 1), result
-    return tool_runner.json_lines(result.stdout)
+def rmc(time):
+    return sentence(f"GPRMC,{time:%H%M%S}.{time.microsecond // 10000:02},A,2200.11,S,01756.36,W,9.1,215.1,{time:%d%m%y},,,A")
 
 
-def instant(text):
-    return datetime.datetime.strptime(text, "%Y-%m-%dT%H:%M:%S.%fZ")
-
-
-def milliseconds(delta):
-    return delta // datetime.timedelta(milliseconds=1)
-
-
-class NmeaFacts(unittest.TestCase):
-    def check_sentences(self, path):
-        objects = replay(path)
-        read = collections.defaultdict(list)
-        for o in objects:
-            if o.get("format") == "nmea" and o["message"][2:] in TIME_SENTENCES:
-                read[o["line"], o["message"]].append(o)
-        facts = rows(path, ".facts.tsv")
-        for row in facts:
-            with self.subTest(file=path.name, line=row["line"], sentence=row["sentence"]):
-                self.check_sentence(row, read.pop((int(row["line"]), row["sentence"]), []))
-        self.assertEqual({}, dict(read), "messages that the facts do not have")
-        self.check_totals(path, objects)
-
-    def check_sentence(self, row, found):
-        is_dated = row["sentence"][2:] in DATED
-        if row["checksum"] == "bad":
-            self.assertEqual(["bad-checksum"], [o.get("reason") for o in found])
-        elif not is_dated:
-            self.assertEqual([], found)
-        if not is_dated:
-            return
-        self.assertEqual(1, len(found))
-        read = found[0]
-        if row["checksum"] == "none" and read.get("reason") != "cut":
-            self.assertIn("no-checksum", read["signs"])
-        self.assertEqual(None if row["utc"] == "-" else row["utc"], read.get("utc"))
-        if row["utc"] == "-":
-            self.assertEqual("refusal", read["type"])
-        if row["gps_week"] != "-":
-            self.assertEqual((int(row["gps_week"]), int(row["gps_ms"])), (read["week"], read["ms"]))
-        if row["status"] == "V" and row["checksum"] == "ok":
-            self.assertEqual("void", read["reason"])
-        if "host_utc" in row:
-            self.assertEqual(row["host_utc"], read["host"])
-            if row["host_minus_utc_ms"] != "-":
-                self.assertEqual(int(row["host_minus_utc_ms"]),
-                                 milliseconds(instant(read["host"]) - instant(read["utc"])))
-
-    def check_totals(self, path, objects):
-        facts = FACTS[str(path.relative_to(DATA))]
-        dated = [o for o in objects if "utc" in o and o.get("format") == "nmea"]
-        for name, index in (("first_dated", 0), ("last_dated", -1)):
-            for fact in facts[name]:
-                o = dated[index]
-                self.assertEqual(fact, f"{o['message']} {o['utc']} week {o['week']} ms {o['ms']}")
-        for fact in facts["steps_over_2s_or_back"]:
-            steps = []
-            for before, after in zip(dated, dated[1:]):
-                step = milliseconds(instant(after["utc"]) - instant(before["utc"]))
-                if step > 2000 or step < 0:
-                    steps.append(f"line {after['line']}: {step:+d} ms")
-            self.assertEqual(fact, "; ".join(steps[:fact.count(";") + 1]) or "none")
-        for fact in facts["gpsdecode_against_receiver_date"]:
-            self.check_independent_decoder(path, fact, dated)
-
-    def check_independent_decoder(self, path, fact, dated):
-        rollover = datetime.timedelta(weeks=1024)
-        times = {instant(o["utc"]) for o in dated}
-        counts = collections.Counter()
-        for row in rows(path, ".gpsdecode.tsv"):
-            if row["time"] != "-":
-                time = instant(row["time"])
-                counts["equal" if time in times else "moved" if time - rollover in times else "other"] += 1
-        self.assertEqual(fact, f"{counts['equal']} times equal, {counts['moved']} times moved by +1024 weeks, "
-                               f"{counts['other']} other, of {sum(counts.values())}")
-
+class Nmea(unittest.TestCase, fact_checks.NmeaChecks):
     def test_receiver_logs(self):
-        paths = files("nmea", ".facts.tsv")
-        self.assertGreater(len(paths), 10)
-        for path in paths:
-            self.check_sentences(path)
-
-    def test_logs_with_host_time(self):
-        paths = files("nmea-host", ".facts.tsv")
-        self.assertGreater(len(paths), 2)
-        for path in paths:
-            self.check_sentences(path)
-
-
-class UbxFacts(unittest.TestCase):
-    def raw_of(self, row):
-        fields = {}
-        for field in row["fields"].split(";"):
-            name, _, value = field.partition("=")
-            if value:
-                fields[name] = int(value, 16 if name in HEX_FIELDS else 10)
-        return fields
-
-    def check_frames(self, path):
-        objects = replay(path)
-        read = {o["offset"]: o for o in objects if o.get("format") == "ubx" and "raw" in o}
-        for row in rows(path, ".facts.tsv"):
-            if not row["message"].startswith("NAV-"):
-                continue
-            with self.subTest(file=path.name, offset=row["offset"]):
-                o = read.pop(int(row["offset"]))
-                self.assertEqual(row["message"], o["message"])
-                self.assertEqual(self.raw_of(row), o["raw"])
-                calendar = re.search(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d", row["fields"])
-                if calendar:
-                    stated = datetime.datetime.fromisoformat(calendar[0])
-                    stated += datetime.timedelta(milliseconds=round(o["raw"]["nano"] / 1e6))
-                    self.assertEqual(stated, instant(o["utc"]))
-        self.assertEqual({}, read, "frames that the facts do not have")
-        self.check_totals(path, objects)
-
-    def check_totals(self, path, objects):
-        facts = FACTS[str(path.relative_to(DATA))]
-        whole = objects[-1]["messages"]
-        frames = sum(n for name, n in whole.items() if name.startswith(("NAV-", "UBX-")))
-        self.assertEqual(facts["valid_frames"], [str(frames)])
-        for fact, values in facts.items():
-            if fact.endswith("_count") and fact.startswith("NAV-"):
-                self.assertEqual(values, [str(whole[fact[:-len("_count")]])])
-        for value in facts.get("gpsdecode_leapseconds", []):
-            self.assertEqual(int(value), objects[-1]["leap_seconds"])
-
-    def check_gps_against_utc(self, path):
-        """Times of one epoch agree, whether the receiver states GPS time or UTC."""
-        by_epoch = collections.defaultdict(dict)
-        for o in replay(path):
-            if o["type"] == "observation" and o["format"] == "ubx":
-                by_epoch[o["raw"]["itow"]][o["message"]] = o
-        pairs = 0
-        for messages in by_epoch.values():
-            if "NAV-TIMEGPS" in messages and "NAV-TIMEUTC" in messages:
-                gps, utc = messages["NAV-TIMEGPS"], messages["NAV-TIMEUTC"]
-                self.assertLessEqual(abs(milliseconds(instant(gps["utc"]) - instant(utc["utc"]))), 1)
-                self.assertEqual(gps["week"], utc["week"])
-                pairs += 1
-        return pairs
-
-    def test_receiver_logs(self):
-        paths = files("ubx", ".facts.tsv")
-        self.assertGreater(len(paths), 10)
-        pairs = 0
-        for path in paths:
-            self.check_frames(path)
-            pairs += self.check_gps_against_utc(path)
-        self.assertGreater(pairs, 180)
-
-    def test_broken_headers_give_no_time(self):
-        objects = replay(DATA / "ubx" / "pygpsdata-badhdr.log")
-        self.assertEqual(["summary"], [o["type"] for o in objects if o["type"] != "refusal"])
-        frames = sum(n for name, n in objects[-1]["messages"].items() if name.startswith("UBX-"))
-        self.assertEqual(FACTS["ubx/pygpsdata-badhdr.log"]["valid_frames"], [str(frames)])
-
-    def test_invalid_leap_counts_are_not_taken(self):
-        objects = replay(DATA / "ubx" / "ublox-glo-cut.ubx")
-        leaps = [o for o in objects if o.get("message") == "NAV-TIMELS"]
-        self.assertEqual(["leap-not-valid"], [o["reason"] for o in leaps])
-        signs = {sign for o in objects for sign in o.get("signs", []) if isinstance(o["signs"], list)}
-        self.assertIn("leap-unknown", signs)
-        self.assertIn("no-accuracy", signs)
-
-
-class GpsdFacts(unittest.TestCase):
-    def test_reports(self):
-        names = [n for n in FACTS if n.startswith("gpsd-json/")]
-        self.assertGreater(len(names), 4)
+        names = FACTS.names_with_rows("nmea")
+        self.assertEqual(9, len(names))
         for name in names:
-            with self.subTest(file=name):
-                facts = FACTS[name]
-                objects = replay(DATA / name)
-                reports = [o for o in objects if o.get("format") == "gpsd" and o["type"] != "leap_statement"]
-                classes = dict(re.findall(r"(TPV|SKY)=(\d+)", facts["classes"][0]))
-                self.assertEqual(int(classes["TPV"]), len(reports))
-                self.assertEqual(sum(map(int, classes.values())), objects[-1]["reports"])
-                times = [o["utc"] for o in reports if "utc" in o]
-                self.assertEqual(facts["tpv_first_last_time"], [f"{times[0]} {times[-1]}"])
-                counts = sorted({o["raw"]["leapseconds"] for o in reports if "raw" in o})
-                self.assertEqual(facts.get("leapseconds", ["[]"]), [str(counts)])
+            self.check_sentences(FACTS, name)
 
 
-class RinexFacts(unittest.TestCase):
-    def test_leap_second_records(self):
-        names = [n for n in FACTS if n.startswith("rinex/")]
-        self.assertGreater(len(names), 15)
-        checked = 0
-        for name in names:
-            leaps = {o["line"]: o for o in replay(DATA / name) if o.get("message") == "LEAP SECONDS"}
-            for fact, values in FACTS[name].items():
-                if not fact.startswith("leap_line_"):
-                    continue
-                with self.subTest(file=name, fact=fact):
-                    o = leaps.pop(int(fact[len("leap_line_"):]))
-                    fields = dict(re.findall(r"(\w+)=(\d+)", values[0]))
-                    self.assertEqual({k: int(v) for k, v in fields.items()}, o["raw"])
-                    checked += 1
-            self.assertEqual({}, leaps, name)
-        self.assertGreater(checked, 15)
+class HostTime(MadeData, fact_checks.ReplayChecks):
+    START = datetime.datetime(2014, 8, 1)
 
-    def outcome(self, name):
-        objects = replay(DATA / "rinex" / name)
-        o = [o for o in objects if o.get("message") == "LEAP SECONDS"][0]
-        return o.get("outcome") or o["reason"], o.get("signs", []), objects[-1]
+    def log(self, shown_minus_true=datetime.timedelta()):
+        """300 s of ZDA and RMC, which arrive 115 and 362 ms after their times."""
+        lines = []
+        for second in range(300):
+            time = self.START + datetime.timedelta(seconds=second)
+            for write, delay in ((zda, 115), (rmc, 362)):
+                host = time + datetime.timedelta(milliseconds=delay)
+                lines.append(f"{host:%Y-%m-%dT%H:%M:%S.%f}Z {write(time + shown_minus_true)}\n")
+        return self.write("host.txt", "".join(lines))
 
-    def test_announcements_are_taken_at_the_date_of_the_file(self):
-        for name, week, day, count in (("galileo3.15n", 1851, 3, 16), ("wroc2510.16l", 1929, 7, 17)):
-            with self.subTest(file=name):
-                outcome, signs, summary = self.outcome(name)
-                self.assertEqual(("accepted", []), (outcome, signs))
-                self.assertEqual({"source": "GPS", "current": count, "future": count + 1, "week": week, "day": day,
-                                  "known": True}, summary["leap_record"])
-                self.assertEqual(count, summary["leap_seconds"])
+    def check_delays(self, path, delay_of):
+        observations = [o for o in replay(path) if o["type"] == "observation"]
+        for o in observations:
+            self.assertEqual(delay_of[o["message"]], milliseconds(instant(o["host"]) - instant(o["utc"])))
+        return observations
 
-    def test_wrong_announcements_are_named(self):
-        for name, outcome, signs in (
-                ("AMEL00NLD_R_20210010000_01D_MN.rnx", "leap-invalid", ["leap-week", "leap-day"]),
-                ("GRAS00FRA_R_20242100000_01D_EN.rnx", "leap-invalid", ["leap-week", "leap-day"]),
-                ("Example_Beidou_Rinex302.n", "leap-invalid", ["leap-count", "leap-day", "leap-system"]),
-                ("demo_nav3.10n", "leap-invalid", ["leap-day"]),
-                ("qzss_nav3.14n", "leap-incomplete", []),
-                ("RinexNavExample.15n", "agrees", [])):
-            with self.subTest(file=name):
-                found, found_signs, summary = self.outcome(name)
-                self.assertEqual((outcome, signs), (found, found_signs))
-                self.assertEqual(0, summary["leap_changes"])
+    def test_calendar_time_before_each_line(self):
+        self.assertEqual(600, len(self.check_delays(self.log(), {"GPZDA": 115, "GPRMC": 362})))
 
-
-class LeapFacts(unittest.TestCase):
-    def test_published_lists(self):
-        names = [n for n in FACTS if n.startswith("leap/") and FACTS[n]["entries"]]
-        self.assertGreater(len(names), 4)
-        for name in names:
-            with self.subTest(file=name):
-                shown = json.loads(tool_runner.run("leap", "check", "--json", DATA / name).stdout)
-                facts = FACTS[name]
-                self.assertEqual(facts["entries"], [str(len(shown["entries"]))])
-                for fact in facts["entry"]:
-                    utc, gps, week, day = re.search(r"utc=(\S+) .*GPS-UTC=(\d+) effectivity_week=(\d+) day=(\d+)",
-                                                    fact).groups()
-                    self.assertIn({"utc": utc, "gps_minus_utc": int(gps), "week": int(week), "day": int(day)},
-                                  shown["entries"])
-                for fact in ("updated", "expires"):
-                    for value in facts[fact]:
-                        if re.match(r"\d+ ", value):
-                            self.assertEqual(value.split()[1], shown[fact])
-
-
-class OtherData(unittest.TestCase):
-    def test_formats_that_are_not_read_give_no_correction(self):
-        for folder in ("binary", "clock", "leap"):
-            for path in sorted((DATA / folder).iterdir()):
-                if path.suffix == ".tsv" and path.name.count(".") > 1:
-                    continue
-                with self.subTest(file=path.name):
-                    summary = replay(path)[-1]
-                    self.assertEqual("summary", summary["type"])
-                    self.assertEqual(0, summary["corrections"])
-
-
-class BadData(unittest.TestCase):
-    """No observation that shows a sign of a fault is used with --strict."""
-
-    def summary(self, name, *options):
-        result = tool_runner.run("replay", "--json", "--quiet", *options, DATA / name)
-        return tool_runner.json_lines(result.stdout)[-1]
+    def test_milliseconds_since_1970_behind_each_line(self):
+        lines = []
+        for number in range(40):
+            time = datetime.datetime(2023, 11, 7, 23, 42, 57) + datetime.timedelta(seconds=12 * number)
+            host = milliseconds(time - datetime.datetime(1970, 1, 1)) + 566
+            lines.append(f"NMEA,{rmc(time)},{host}\r\n")
+        self.assertEqual(40, len(self.check_delays(self.write("phone.txt", "".join(lines)), {"GPRMC": 566})))
 
     def test_week_rollover_against_the_host(self):
-        name = "nmea-host/nbp1406-pcod-2014-08-01.txt"
-        self.assertEqual(600, self.summary(name)["signs"]["week-rollover"])
-        strict = self.summary(name, "--strict")
+        path = self.log(-ROLLOVER)
+        self.assertEqual(600, self.summary(path)["signs"]["week-rollover"])
+        strict = self.summary(path, "--strict")
         self.assertEqual((0, 0, {"strict": 600}), (strict["used"], strict["corrections"], strict["refused"]))
+        self.assertEqual({}, self.summary(self.log())["signs"])
+
+
+class Ubx(unittest.TestCase, fact_checks.UbxChecks):
+    def test_receiver_logs(self):
+        names = FACTS.names_with_rows("ubx")
+        self.assertEqual(3, len(names))
+        pairs = 0
+        for name in names:
+            self.check_frames(FACTS, name)
+            pairs += self.check_gps_against_utc(FACTS.path(name))
+        self.assertEqual(31, pairs)
+
+    def test_times_of_a_log_that_an_independent_decoder_read(self):
+        name = "ublox-neo-m8t.log"
+        read = {o["utc"] for o in replay(FACTS.path(name)) if o["type"] == "observation"}
+        self.assertEqual({row["time"] for row in FACTS.rows(name, ".gpsdecode.tsv")}, read)
+
+
+def ubx_frame(message_class, message_id, payload):
+    body = bytes([message_class, message_id]) + struct.pack("<H", len(payload)) + payload
+    a = b = 0
+    for byte in body:
+        a = (a + byte) & 0xFF
+        b = (b + a) & 0xFF
+    return b"\xb5\x62" + body + bytes([a, b])
+
+
+def time_gps(itow, week, leap, valid, accuracy):
+    return ubx_frame(0x01, 0x20, struct.pack("<IihbBI", itow, 0, week, leap, valid, accuracy))
+
+
+def time_ls(itow, source, count, valid):
+    return ubx_frame(0x01, 0x26, struct.pack("<IB3xBbBbiHH3xB", itow, 0, source, count, 2, 0, -1000, 1929, 7, valid))
+
+
+class MadeUbx(MadeData):
+    def test_whole_and_valid_frames_are_read(self):
+        path = self.write("good.ubx", time_gps(1000, 2300, 18, 7, 20) + time_ls(1000, 2, 18, 3))
+        objects = replay(path)
+        self.assertEqual({"itow": 1000, "ftow": 0, "week": 2300, "leap": 18, "valid": 7, "tacc": 20}, objects[0]["raw"])
+        self.assertEqual(("observation", 2300, 1000), tuple(objects[0][k] for k in ("type", "week", "ms")))
+        self.assertEqual(["NAV-TIMELS"], [o["message"] for o in objects if o["type"] == "leap_statement"])
+
+    def test_broken_headers_give_no_time(self):
+        good = time_gps(1000, 2300, 18, 7, 20)
+        broken = (b"\xb5\x63" + good[2:], b"\x62\xb5" + good[2:], good[1:], good[:4] + b"\xff\xff" + good[6:], good[:-1])
+        for data in broken:
+            with self.subTest(data=data):
+                objects = replay(self.write("broken.ubx", data))
+                self.assertEqual(["summary"], [o["type"] for o in objects if o["type"] != "refusal"])
+                self.assertEqual({}, objects[-1]["messages"])
+
+    def test_invalid_leap_counts_are_not_taken(self):
+        path = self.write("glonass.ubx", time_gps(1000, 2300, 18, 3, 0xFFFFFFFF) + time_ls(1000, 6, 18, 2))
+        objects = replay(path)
+        self.assertEqual(["leap-not-valid"], [o["reason"] for o in objects if o.get("message") == "NAV-TIMELS"])
+        signs = {sign for o in objects for sign in o.get("signs", []) if isinstance(o["signs"], list)}
+        self.assertEqual({"leap-unknown", "no-accuracy"}, signs)
+
+
+class Gpsd(unittest.TestCase, fact_checks.GpsdChecks):
+    def test_reports(self):
+        names = FACTS.names("gpsd")
+        self.assertEqual(4, len(names))
+        for name in names:
+            self.check_reports(FACTS, name)
+
+
+def rinex_line(content, label):
+    return f"{content:<60}{label}\n"
+
+
+class MadeRinex(MadeData, fact_checks.RinexChecks):
+    """Leap second records as receivers and services have written them."""
+
+    def navigation_file(self, leap_line, system, epoch):
+        return self.write("made.rnx", rinex_line("     3.04           N: GNSS NAV DATA    " + system, "RINEX VERSION / TYPE") +
+                          rinex_line(leap_line, "LEAP SECONDS") + rinex_line("", "END OF HEADER") + epoch + "\n")
+
+    def test_announcements_are_taken_at_the_date_of_the_file(self):
+        for line, epoch, week, day, count in (("    16    17  1851     3", "E12 2015 06 19 02 10 00 -.138D-02", 1851, 3, 16),
+                                              ("    17    18  1929     7", "E08 2016 09 10 23 50 00 3.381D-04", 1929, 7, 17)):
+            with self.subTest(line=line):
+                self.check_announcement(self.navigation_file(line, "E: GALILEO", epoch), week, day, count)
+
+    def test_wrong_announcements_are_named(self):
+        new_year = "G01 2021 01 01 00 00 00 1.0D-04"
+        for line, system, epoch, outcome, signs in (
+                ("    18    18  2185     7GPS", "M: MIXED", new_year, "leap-invalid", ["leap-week", "leap-day"]),
+                ("    18    18   137     7", "E: GALILEO", "E05 2024 07 27 23 40 00 0.4D-02", "leap-invalid",
+                 ["leap-week", "leap-day"]),
+                ("     4     4   573     6", "C: BEIDOU", "C01 2021 01 01 00 00 00 1.0D-04", "leap-invalid",
+                 ["leap-count", "leap-day", "leap-system"]),
+                ("    15    15  1573    64", "G: GPS", "G03 2010 03 12 00 00 00 1.0D-04", "leap-invalid", ["leap-day"]),
+                ("    16        1694     7", "J: QZSS", "J01 2014 03 12 00 00 00 1.0D-04", "leap-incomplete", []),
+                ("    16     0     0     0", "G: GPS", "G01 2015 03 12 00 00 00 1.0D-04", "agrees", [])):
+            with self.subTest(line=line):
+                self.check_wrong_announcement(self.navigation_file(line, system, epoch), outcome, signs)
+
+
+class LeapLists(MadeData, fact_checks.LeapListChecks):
+    NTP_TO_UNIX = 2208988800
+
+    def test_the_list_of_the_tz_database(self):
+        self.assertEqual(1, len(FACTS.names("leap")))
+        for name in FACTS.names("leap"):
+            self.check_leap_list(FACTS, name)
+
+    def test_the_other_form_gives_the_same_entries(self):
+        shown = self.check("leapseconds-tzdata-2026b", SAMPLES)
+        ntp = [(milliseconds(instant(e["utc"]) - datetime.datetime(1970, 1, 1)) // 1000 + self.NTP_TO_UNIX,
+                e["gps_minus_utc"] + 19) for e in shown["entries"]]
+        expiry = milliseconds(instant(shown["expires"]) - datetime.datetime(1970, 1, 1)) // 1000 + self.NTP_TO_UNIX
+        self.write("made.list", f"#$\t3676924800\n#@\t{expiry}\n2272060800\t10\t# 1 Jan 1972\n" +
+                   "".join(f"{seconds}\t{count}\t# made\n" for seconds, count in ntp))
+        made = self.check("made.list", self.folder)
+        self.assertEqual("2016-07-08T00:00:00.000Z", made["updated"])
+        self.assertEqual(shown["expires"], made["expires"])
+        # This form begins with the count of 1972-01-01, which no leap second made.
+        self.assertEqual(shown["entries"], made["entries"][1:])
+
+    def check(self, name, folder):
+        result = tool_runner.run("leap", "check", "--json", folder / name)
+        self.assertEqual(0, result.returncode, result.stderr)
+        return tool_runner.json_lines(result.stdout)[0]
+
+
+class OtherData(unittest.TestCase, fact_checks.ReplayChecks):
+    def test_formats_that_are_not_read_give_no_correction(self):
+        paths = sorted((SAMPLES / "other-formats").iterdir())
+        self.assertEqual(10, len(paths))
+        for path in paths:
+            self.check_unread_format(path)
+
+
+class BadData(MadeData, fact_checks.ReplayChecks):
+    """No observation that shows a sign of a fault is used with --strict."""
 
     def test_week_rollover_within_a_log(self):
-        name = "nmea/gp-320fw-2019-04-07-coldboot.log"
-        self.assertEqual(1, self.summary(name)["signs"]["week-rollover"])
-        strict = self.summary(name, "--strict")
+        path = SAMPLES / "gp-320fw-2019-04-07-coldboot.log"
+        self.assertEqual(1, self.summary(path)["signs"]["week-rollover"])
+        strict = self.summary(path, "--strict")
         self.assertEqual((1, 0), (strict["used"], strict["corrections"]))
 
     def test_week_rollover_against_a_date_given_by_hand(self):
-        name = "nmea/april6_2019.log"
-        self.assertEqual({}, self.summary(name)["signs"])
-        strict = self.summary(name, "--strict", "--date", "2019-03-14")
+        path = SAMPLES / "april6_2019.log"
+        self.assertEqual({}, self.summary(path)["signs"])
+        strict = self.summary(path, "--strict", "--date", "2019-03-14")
         self.assertEqual({"void": 1, "bad-date": 1, "strict": 1}, strict["refused"])
 
     def test_time_step_of_minutes(self):
-        self.assertEqual(1, self.summary("nmea/bt451.log")["signs"]["time-step"])
-        self.assertEqual(1, self.summary("nmea/bt451.log")["corrections"])
-        self.assertEqual(0, self.summary("nmea/bt451.log", "--strict")["corrections"])
+        path = SAMPLES / "bt451.log"
+        self.assertEqual(1, self.summary(path)["signs"]["time-step"])
+        self.assertEqual(1, self.summary(path)["corrections"])
+        self.assertEqual(0, self.summary(path, "--strict")["corrections"])
 
     def test_gaps_are_no_steps(self):
-        summary = self.summary("nmea/nl2008u.log")
+        summary = self.summary(SAMPLES / "nl2008u.log")
         self.assertEqual((18, 0, {}), (summary["used"], summary["corrections"], summary["signs"]))
 
     def test_missing_dates(self):
-        summary = self.summary("nmea/plaka.log")
-        self.assertEqual((0, {"no-date": 120}), (summary["used"], summary["refused"]))
+        path = self.write("dateless.log", "".join(sentence(f"GPZDA,1201{s:02},,,,,") + "\r\n" for s in range(0, 60, 2)))
+        summary = self.summary(path)
+        self.assertEqual((0, {"no-date": 30}), (summary["used"], summary["refused"]))
 
     def test_missing_checksums(self):
-        name = "nmea/nmea_no_checksum.nmea"
-        self.assertEqual(2, self.summary(name)["used"])
-        self.assertEqual({"strict": 2}, self.summary(name, "--strict")["refused"])
+        start = datetime.datetime(2021, 5, 4, 3, 2, 1)
+        whole = [rmc(start), zda(start)]
+        path = self.write("bare.nmea", "".join(re.sub(r"\*..$", "", s) + "\r\n" for s in whole))
+        self.assertEqual(2, self.summary(path)["used"])
+        self.assertEqual({"strict": 2}, self.summary(path, "--strict")["refused"])
+        self.assertEqual({}, self.summary(self.write("whole.nmea", "\r\n".join(whole) + "\r\n"), "--strict")["refused"])
+
+    def test_wrong_checksums(self):
+        start = datetime.datetime(2021, 5, 4, 3, 2, 1)
+        path = self.write("wrong.nmea", rmc(start)[:-2] + "ZZ\r\n" + zda(start).replace(",2021,", ",2022,") + "\r\n")
+        summary = self.summary(path)
+        self.assertEqual((0, 2), (summary["used"], summary["bad_checksums"]))
 
     def test_cut_and_interleaved_sentences(self):
-        self.assertEqual({"cut": 1}, self.summary("nmea/isync.log")["refused"])
+        self.assertEqual({"cut": 1}, self.summary(SAMPLES / "isync.log")["refused"])
 
 
 if __name__ == "__main__":
-    if DATA is None:
-        print("skipped: the folder of receiver data is missing (set VORTIME_SHARED_DATA)")
-        sys.exit(tool_runner.SKIPPED)
     tool_runner.main()

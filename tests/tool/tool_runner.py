@@ -14,8 +14,8 @@ COMMAND = []
 TIMEOUT = 120
 
 
-def data_folder():
-    """The folder of real receiver data, which is no part of the project; None where it is missing."""
+def extra_data_folder():
+    """The folder of receiver data that the repository may not hold; None where it is missing."""
     folder = pathlib.Path(os.environ.get("VORTIME_SHARED_DATA", ROOT.parent / "shared" / "data"))
     return folder if (folder / "FACTS.tsv").is_file() else None
 
