@@ -1,7 +1,6 @@
 // Takes the place of the library's Mutex in programs that watch the order of locks.
 #include "KTX/TIM/KTX_TIM_Mutex.h"
 #include "common/KTX_TIM_LockOrder.h"
-#include "support/KTX_TIM_ThreadKey.h"
 
 namespace KTX::TIM {
 
@@ -15,7 +14,7 @@ Mutex::~Mutex() {
 
 void Mutex::lock() {
   LockOrderC::locking(*this);  // before the wait: a deadlock is reported too
-  mutex.lockAs(currentThreadKey());
+  mutex.lock();
 }
 
 void Mutex::unlock() {

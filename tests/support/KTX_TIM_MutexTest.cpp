@@ -1,6 +1,8 @@
 #include "KTX/TIM/KTX_TIM_Mutex.h"
 
+#include <atomic>
 #include <cstdint>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -12,6 +14,9 @@
 
 #include "KTX/TIM/KTX_TIM_Guard.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
+#ifndef _WIN32
+#include "support/KTX_TIM_LockWait.h"
+#endif
 
 namespace KTX::TIM::TEST {
 namespace {
@@ -76,6 +81,98 @@ TEST(Mutex, IsFreeForOthersOnlyAfterAsManyUnlocks) {
   other.join();
   EXPECT_THAT(marks, ElementsAre("after one unlock", "other"));
 }
+
+// Threads that wait for a lock, or are about to, until they are joined.
+class WaitersC {
+ public:
+  WaitersC(Lock& lock, std::size_t count) {
+    for (std::size_t waiter = 0; waiter < count; ++waiter) {
+      threads.emplace_back([this, &lock] {
+        ++arrived;
+        Guard const guard(lock);
+        ++entries;
+      });
+    }
+    while (arrived < count) {
+      std::this_thread::yield();
+    }
+  }
+
+  void join() {
+    for (auto& thread : threads) {
+      thread.join();
+    }
+  }
+
+  // Changed and read under the lock, or after join().
+  std::size_t entries = 0;
+
+ private:
+  std::atomic<std::size_t> arrived{0};
+  std::vector<std::thread> threads;
+};
+
+TEST(Mutex, IsHandedOverToEveryThreadThatWaits) {
+  constexpr std::size_t WAITERS = 8;
+  for (int turn = 0; turn < 100; ++turn) {
+    Mutex mutex;
+    mutex.lock();
+    WaitersC waiters(mutex, WAITERS);
+    EXPECT_EQ(0U, waiters.entries);
+    mutex.unlock();
+    waiters.join();
+    EXPECT_EQ(WAITERS, waiters.entries);
+  }
+}
+
+#ifndef _WIN32
+
+// Waits until the other thread sleeps for a lock, or has got it.
+LockWaitE awaitLockWait(std::atomic<pid_t> const& threadId, std::atomic<bool> const& isIn) {
+  LockWaitE wait = LOCKWAIT_NONE;
+  while (wait == LOCKWAIT_NONE && !isIn) {
+    std::this_thread::yield();
+    wait = threadId == 0 ? LOCKWAIT_NONE : lockWaitOf(threadId);
+  }
+  return wait;
+}
+
+TEST(Mutex, LetsAThreadSleepUntilTheLockIsFree) {
+  Mutex mutex;
+  std::atomic<pid_t> threadId{0};
+  std::atomic<bool> isIn{false};
+  mutex.lock();
+  std::thread waiter([&] {
+    threadId = systemThreadId();
+    Guard const guard(mutex);
+    isIn = true;
+  });
+  EXPECT_EQ(LOCKWAIT_UNTIMED, awaitLockWait(threadId, isIn));
+  mutex.unlock();
+  waiter.join();
+  EXPECT_TRUE(isIn);
+}
+
+// The next thread gets the stack and the thread block of the one that ended, but not its lock. Runs
+// in a process of its own, which ends while that thread waits.
+TEST(MutexDeathTest, StaysLockedWhenItsThreadEnds) {
+  EXPECT_EXIT(
+      {
+        Mutex mutex;
+        std::thread([&mutex] { mutex.lock(); }).join();
+        std::atomic<pid_t> threadId{0};
+        std::atomic<bool> isIn{false};
+        std::thread([&] {
+          threadId = systemThreadId();
+          mutex.lock();
+          isIn = true;
+        }).detach();
+        std::_Exit(awaitLockWait(threadId, isIn) == LOCKWAIT_UNTIMED ? 0 : 1);
+      },
+      ::testing::ExitedWithCode(0), "");
+}
+
+#endif
 
 TEST(TimeLock, IsOneRecursiveLockUnderTwoNames) {
   EXPECT_EQ(&getTimeLock(), &getGlobalLock());

@@ -3,11 +3,11 @@
 #include <cstdlib>
 
 #include "KTX/TIM/KTX_TIM_Gps.h"
+#include "KTX/TIM/KTX_TIM_Guard.h"
 #include "KTX/TIM/KTX_TIM_LogAssert.h"
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "leapseconds/KTX_TIM_LeapSecondEffectivity.h"
-#include "support/KTX_TIM_MutexGuard.h"
 #include "values/KTX_TIM_DayNumber.h"
 
 namespace KTX::TIM {
@@ -48,7 +48,7 @@ std::uint32_t UtcLeapSecondProvider::getLeapSecond(GpsC const& time,
                                                    GpsC* effectivity) {
   bool hasSiteRecord = false;
   {
-    MutexGuardC const guard(mutex);
+    Guard const guard(mutex);
     hasSiteRecord = siteRecord != nullptr;
     if (hasSiteRecord) {
       record = *siteRecord;
@@ -76,7 +76,7 @@ std::uint32_t UtcLeapSecondProvider::setSiteLeapSecond(std::int16_t current,
                                                        std::int16_t future,
                                                        std::int32_t effectivityDate) {
   {
-    MutexGuardC const guard(mutex);
+    Guard const guard(mutex);
     if (!siteRecord) {
       siteRecord = std::make_unique<UtcLeapSecondRecord>(defaultLeapSecondRecord());
     }

@@ -20,7 +20,6 @@
 #include "leapseconds/KTX_TIM_LeapSecondEffectivity.h"
 #include "leapseconds/KTX_TIM_LeapSecondRules.h"
 #include "support/KTX_TIM_LogChannels.h"
-#include "support/KTX_TIM_MutexGuard.h"
 #include "support/KTX_TIM_PermanentSlot.h"
 #include "support/KTX_TIM_ThreadId.h"
 
@@ -189,7 +188,7 @@ UtcLeapSecondStore::UtcLeapSecondStore()
 std::uint32_t UtcLeapSecondStore::getLeapSecond(GpsC const& time,
                                                 UtcLeapSecondRecord& record,
                                                 GpsC* effectivityOut) {
-  MutexGuardC const guard(mutex);
+  Guard const guard(mutex);
   record = inForce();
   if (isFutureInForce(time)) {
     record.current = record.future;
@@ -201,12 +200,12 @@ std::uint32_t UtcLeapSecondStore::getLeapSecond(GpsC const& time,
 }
 
 UtcLeapSecondRecord UtcLeapSecondStore::normalRecord() {
-  MutexGuardC const guard(mutex);
+  Guard const guard(mutex);
   return normalSlot;
 }
 
 std::int16_t UtcLeapSecondStore::countAt(GpsC const& time) {
-  MutexGuardC const guard(mutex);
+  Guard const guard(mutex);
   return isFutureInForce(time) ? inForce().future : inForce().current;
 }
 
@@ -218,7 +217,7 @@ std::uint32_t UtcLeapSecondStore::setValid(UtcLeapSecondRecord const& record, bo
   if (makeCurrent) {
     now.makeToCurrentTime();
   }
-  MutexGuardC const guard(mutex);
+  Guard const guard(mutex);
   event->previous = inForce();
   std::uint32_t result = RC_OK;
   bool isChanged = false;
@@ -243,7 +242,7 @@ void UtcLeapSecondStore::tellChange(boost::shared_ptr<UtcLeapSecondChanged> cons
 }
 
 void UtcLeapSecondStore::resetNormal(UtcLeapSecondRecord const* record) {
-  MutexGuardC const guard(mutex);
+  Guard const guard(mutex);
   // Without a record the count survives.
   normalSlot = record != nullptr
                    ? *record

@@ -1,7 +1,5 @@
 #include "KTX/TIM/KTX_TIM_Mutex.h"
 
-#include "support/KTX_TIM_ThreadKey.h"
-
 namespace KTX::TIM {
 
 Mutex::Mutex() = default;
@@ -9,7 +7,7 @@ Mutex::Mutex() = default;
 Mutex::~Mutex() = default;
 
 void Mutex::lock() {
-  mutex.lockAs(currentThreadKey());
+  mutex.lock();
 }
 
 void Mutex::unlock() {

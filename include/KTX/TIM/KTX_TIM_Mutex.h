@@ -1,9 +1,10 @@
 #ifndef KTX_TIM_MUTEX_H
 #define KTX_TIM_MUTEX_H
 
+#include <boost/thread/recursive_mutex.hpp>
+
 #include "KTX/TIM/KTX_TIM_Api.h"
 #include "KTX/TIM/KTX_TIM_Lock.h"
-#include "KTX/TIM/KTX_TIM_RecursiveMutex.h"
 
 namespace KTX::TIM {
 
@@ -20,7 +21,7 @@ class KTX_TIM_API KTX_TIM_CAPABILITY("mutex") Mutex : public Lock {
   void unlock() KTX_TIM_RELEASE() override;
 
  private:
-  RecursiveMutexC mutex;
+  boost::recursive_mutex mutex;
 };
 
 }  // namespace KTX::TIM
