@@ -34,7 +34,8 @@ bool LogC::setUp(std::string const& settingText, std::string& fault) {
 LogC& processLog() {
   static LogC& log = []() -> LogC& {
     stayLoaded();
-    return *new LogC(environmentText("KTX_LOG"));
+    std::string const setting = environmentText("KTX_LOG");
+    return *new LogC(setting.empty() ? programSetting() : setting);
   }();
   return log;
 }

@@ -8,6 +8,10 @@ namespace KTX::DBG {
 /// Value of an environment variable in UTF-8 (on POSIX: as it is); empty where it is not set.
 std::string environmentText(char const* name);
 
+/// The setting that the program brings along, a text that it exports as KTX_LOG_DEFAULT; empty
+/// where it exports none.
+std::string programSetting();
+
 /// Keeps this library loaded until the process ends, because its log stays open until then.
 void stayLoaded();
 

@@ -26,6 +26,11 @@ std::string environmentText(char const* name) {
   return toUtf8(value);
 }
 
+std::string programSetting() {
+  FARPROC const text = GetProcAddress(GetModuleHandleW(nullptr), "KTX_LOG_DEFAULT");
+  return text == nullptr ? std::string() : std::string(reinterpret_cast<char const*>(text));
+}
+
 void stayLoaded() {
   HMODULE module = nullptr;
   GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,

@@ -45,6 +45,18 @@ TEST(LoggingLibrary, AnswersWhichLevelsAreEnabled) {
   EXPECT_EQ("011010", run.output);
 }
 
+TEST(LoggingLibrary, ObeysTheProgramsSettingWithoutOneOfTheEnvironment) {
+  std::string const lines = "line Time 2 no line Time 3 a line Other 5 no line Other 6 b";
+  for (char const* const setting : {static_cast<char const*>(nullptr), ""}) {
+    auto const run = runProbeWithSetting(setting, lines);
+    EXPECT_EQ(0, run.status);
+    EXPECT_THAT(logLines(run.errors), ElementsAre("Time 3 a", "Other 6 b"));
+  }
+  auto const run = runProbeWithSetting("Other=5,*=6", lines);
+  EXPECT_EQ(0, run.status);
+  EXPECT_THAT(logLines(run.errors), ElementsAre("Early 6 before main", "Other 5 no", "Other 6 b"));
+}
+
 TEST(LoggingLibrary, TellsAWrongSettingOnce) {
   auto const run = runProbe("Time=high", "line Time 6 a line Time 3 no");
   EXPECT_EQ(0, run.status);

@@ -12,8 +12,8 @@ namespace {
 
 #ifdef _WIN32
 
-std::filesystem::path probePath() {
-  return std::filesystem::path(_pgmptr).parent_path() / "logging_probe.exe";
+std::filesystem::path probePath(std::string const& name) {
+  return std::filesystem::path(_pgmptr).parent_path() / (name + ".exe");
 }
 
 void setKtxLog(char const* settingText) {
@@ -32,8 +32,8 @@ int exitStatus(int result) {
 
 #else
 
-std::filesystem::path probePath() {
-  return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "logging_probe";
+std::filesystem::path probePath(std::string const& name) {
+  return std::filesystem::read_symlink("/proc/self/exe").parent_path() / name;
 }
 
 void setKtxLog(char const* settingText) {
@@ -61,12 +61,12 @@ std::string readText(TIM::TEST::TempFolderC const& folder, char const* name) {
   return text;
 }
 
-}  // namespace
-
-ProbeRunC runProbe(char const* settingText, std::string const& arguments) {
+ProbeRunC runProgram(std::string const& name,
+                     char const* settingText,
+                     std::string const& arguments) {
   TIM::TEST::TempFolderC const folder;
   setKtxLog(settingText);
-  std::string const command = '"' + probePath().string() + "\" " + arguments + " > \"" +
+  std::string const command = '"' + probePath(name).string() + "\" " + arguments + " > \"" +
                               (folder.path() / "output").string() + "\" 2> \"" +
                               (folder.path() / "errors").string() + '"';
   ProbeRunC run;
@@ -75,6 +75,16 @@ ProbeRunC runProbe(char const* settingText, std::string const& arguments) {
   run.output = readText(folder, "output");
   run.errors = readText(folder, "errors");
   return run;
+}
+
+}  // namespace
+
+ProbeRunC runProbe(char const* settingText, std::string const& arguments) {
+  return runProgram("logging_probe", settingText, arguments);
+}
+
+ProbeRunC runProbeWithSetting(char const* settingText, std::string const& arguments) {
+  return runProgram("logging_probe_setting", settingText, arguments);
 }
 
 }  // namespace KTX::DBG::TEST

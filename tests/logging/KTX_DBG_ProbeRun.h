@@ -15,6 +15,8 @@ struct ProbeRunC {
 /// Runs the probe with KTX_LOG set to settingText, which is UTF-8 (unset where null);
 /// arguments are as typed into a command line.
 ProbeRunC runProbe(char const* settingText, std::string const& arguments);
+/// As runProbe(), of the probe that brings the setting "Early=off,Time=3,*=6" along.
+ProbeRunC runProbeWithSetting(char const* settingText, std::string const& arguments);
 
 }  // namespace KTX::DBG::TEST
 

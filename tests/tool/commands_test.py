@@ -42,6 +42,27 @@ class CommandLine(unittest.TestCase):
                 self.assertTrue(result.stderr.startswith("vortime: "), result.stderr)
 
 
+class Log(unittest.TestCase):
+    """The library's log gets into the tool's messages only where KTX_LOG asks for it."""
+
+    def load_what_the_library_refuses(self, **environment):
+        with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
+            file = pathlib.Path(folder, "leap.txt")
+            file.write_text("18,18,1929,8\n")
+            kept = {name: value for name, value in os.environ.items() if name != "KTX_LOG"}
+            result = run("leap", "load", file.relative_to(os.getcwd()), env=dict(kept, **environment))
+        self.assertEqual(1, result.returncode)
+        self.assertIn("invalid record", result.stdout)
+        return result.stderr
+
+    def test_no_line_without_a_setting(self):
+        self.assertEqual("", self.load_what_the_library_refuses())
+        self.assertEqual("", self.load_what_the_library_refuses(KTX_LOG=""))
+
+    def test_lines_with_a_setting(self):
+        self.assertIn(" Time 6 New leap second invalid!", self.load_what_the_library_refuses(KTX_LOG="*=6"))
+
+
 class Documents(unittest.TestCase):
     FOLDER = tool_runner.ROOT / "Source" / "Tools" / "vortime"
 

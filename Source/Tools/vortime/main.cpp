@@ -7,6 +7,17 @@
 #include "system/Arguments.h"
 #include "system/StandardStreams.h"
 
+#if defined(_WIN32)
+#define KTX_VORTIME_EXPORTED __declspec(dllexport)
+#else
+#define KTX_VORTIME_EXPORTED __attribute__((visibility("default")))
+#endif
+
+// The logging library takes this setting where KTX_LOG is not set: the tool's own messages say what
+// the user needs to know.
+extern "C" KTX_VORTIME_EXPORTED char const KTX_LOG_DEFAULT[];
+char const KTX_LOG_DEFAULT[] = "*=off";
+
 namespace {
 
 int run(int count, char const* const* values) {
