@@ -51,4 +51,8 @@ def main():
     COMMAND[:] = [os.path.abspath(a) if os.path.exists(a) else shutil.which(a) or a for a in sys.argv[1:]]
     if not COMMAND:
         sys.exit("usage: " + sys.argv[0] + " COMMAND...")
-    unittest.main(argv=sys.argv[:1], verbosity=1)
+    program = unittest.main(argv=sys.argv[:1], verbosity=1, exit=False)
+    for test, reason in program.result.skipped:
+        # Read by tools/count_tests.py.
+        print(f"[  SKIPPED ] {type(test).__name__}.{test._testMethodName}: {reason}")
+    sys.exit(not program.result.wasSuccessful())
