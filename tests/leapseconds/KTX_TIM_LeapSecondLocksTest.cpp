@@ -10,6 +10,7 @@
 
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
+#include "KTX/TIM/KTX_TIM_TimeCorrection.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
@@ -123,6 +124,17 @@ TEST_F(LeapSecondLocks, AreBothHeldWhileListenersRun) {
     setUtcLeapSecond(withdrawForcedRecord(), makeCurrent);
     EXPECT_EQ(NOTHING, held());
   }
+  EXPECT_THAT(order.violations(), IsEmpty());
+}
+
+TEST_F(LeapSecondLocks, AreBothHeldWhileTheCorrectionOfACarryOverIsAnnounced) {
+  std::vector<HeldC> seen;
+  boost::signals2::scoped_connection const connection(connectTimeCorrected(
+      [&seen](int /*week*/, int /*msOfWeek*/, TimeChangeT /*change*/) { seen.push_back(held()); }));
+  setUtcLeapSecond(forced17, true);
+  EXPECT_THAT(seen, ::testing::ElementsAre(LIBRARY_AND_STORE));
+  setUtcLeapSecond(withdrawForcedRecord(), false);
+  EXPECT_EQ(1U, seen.size());
   EXPECT_THAT(order.violations(), IsEmpty());
 }
 

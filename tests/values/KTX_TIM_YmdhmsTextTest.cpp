@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "KTX/TIM/KTX_TIM_MjdTime.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
 #include "values/KTX_TIM_ZoneOffset.h"
 
@@ -173,6 +174,62 @@ TEST(YmdhmsText, CutsNumbersToTheWidthOfTheirFields) {
   EXPECT_EQ(2510, value.milliseconds);
 }
 
+TEST(YmdhmsText, CountsTheFractionInHundredthsHoweverManyDigitsItHas) {
+  struct {
+    char const* text;
+    int hundredths;
+    std::int64_t milliseconds;
+  } const cases[] = {{"2024-03-07T08:09:05.42Z", 42, 420},
+                     {"2024-03-07T08:09:05.042Z", 42, 420},
+                     {"2024-03-07T08:09:05.4Z", 4, 40},
+                     {"2024-03-07T08:09:05.420Z", 164, 1640}};  // 420 cut to 8 bits
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.text);
+    std::istringstream stream(c.text);
+    YmdhmsC value = YmdhmsC::zero();
+    ASSERT_TRUE(stream >> value);
+    EXPECT_EQ(5, value.second);
+    EXPECT_EQ(c.hundredths, value.hundredths);
+    EXPECT_EQ(c.milliseconds, value.effectiveMilliseconds());
+  }
+}
+
+TEST(YmdhmsText, ReadsNoOffset) {
+  std::istringstream stream("2024-03-07T08:09:05.42+01:00");
+  YmdhmsC value = YmdhmsC::zero(TIMEBASE_GPS);
+  std::string rest;
+  ASSERT_TRUE(stream >> value >> rest);
+  EXPECT_EQ(8, value.hour);
+  EXPECT_EQ(TIMEBASE_GPS, value.timeBase);
+  EXPECT_EQ("01:00", rest);
+}
+
+TEST(YmdhmsText, ChecksNoRanges) {
+  std::istringstream stream("2024-13-45T25:61:62.99Z");
+  YmdhmsC value = YmdhmsC::zero();
+  ASSERT_TRUE(stream >> value);
+  EXPECT_EQ(13, value.month);
+  EXPECT_EQ(45, value.day);
+  EXPECT_EQ(25, value.hour);
+  EXPECT_EQ(61, value.minute);
+  EXPECT_EQ(62, value.second);
+}
+
+TEST(YmdhmsText, LeavesDayOfWeekAndPrecisionAsTheyWere) {
+  YmdhmsC const written(MjdTimeC(60376.25, TIMEBASE_UTC));  // a Thursday
+  std::stringstream stream;
+  stream << written << written;
+  YmdhmsC other = YmdhmsC::zero(TIMEBASE_GPS, 1);
+  ASSERT_TRUE(stream >> other);
+  EXPECT_EQ(0, other.dayOfWeek);
+  EXPECT_EQ(1U, other.precision);
+  EXPECT_FALSE(written == other);
+  YmdhmsC sameDay = YmdhmsC::zero();
+  sameDay.dayOfWeek = written.dayOfWeek;
+  ASSERT_TRUE(stream >> sameDay);
+  EXPECT_TRUE(written == sameDay);
+}
+
 TEST(YmdhmsText, KeepsTheBaseWithoutALastCharacter) {
   std::istringstream stream("2024-03-07T08:09:05.42");
   YmdhmsC value = YmdhmsC::zero(TIMEBASE_GPS);
@@ -192,6 +249,7 @@ TEST(YmdhmsText, StaysAsItWasWhenANumberCannotBeRead) {
                                "2024",
                                "2024-",
                                "2024-03-07T08:09:05",
+                               "2024-03-07T08:09:05Z",
                                "2024-03-07T08:09:05.",
                                "2024-03-07T08:09:05.Z",
                                "2024-03-07Txx:09:05.42Z",

@@ -7,7 +7,8 @@
 namespace KTX::TIM {
 
 /// Gives the library's own present. Without state; any thread may call. Each call takes the
-/// library-wide lock.
+/// library-wide lock, and prints a warning on standard output when the present was last seeded or
+/// corrected more than a day ago, unless setPresentWarningEnabled() turned it off.
 class KTX_TIM_API DefaultCurrentTimeProviderC : public CurrentTimeProviderI {
  public:
   DefaultCurrentTimeProviderC();

@@ -22,9 +22,9 @@ class KTX_TIM_API GpsTimeC : public GpsC {
   GpsTimeC(GPSTimeC const& time);  // NOLINT(google-explicit-constructor): a plain value is GPS time
   GpsTimeC(GpsTimeC const& other);
   /// Rounds the day number to the nearest millisecond; the time base is taken over.
-  GpsTimeC(MjdTimeC const& time);  // NOLINT(google-explicit-constructor): the forms are one time
+  GpsTimeC(MjdTimeC const& time);  // NOLINT(google-explicit-constructor): interchangeable forms
   /// Goes through the day number; the time base is taken over.
-  GpsTimeC(YmdhmsC const& time);  // NOLINT(google-explicit-constructor): the forms are one time
+  GpsTimeC(YmdhmsC const& time);  // NOLINT(google-explicit-constructor): interchangeable forms
   ~GpsTimeC() override;
 
   GpsTimeC& operator=(GpsTimeC const& other);

@@ -17,8 +17,11 @@ class LeapSecondProviderI {
   virtual ~LeapSecondProviderI() = default;
 
   /// Fills record with the statement in force; record.current is the count to use at time.
-  /// effectivity, where not null, receives the instant at which the future count begins.
-  /// Returns 0 on success. Callers preset the record with the default one.
+  /// effectivity, where not null, receives the instant at which the future count begins; it means
+  /// nothing while record.effectivityKnown is false (the store then gives week 0, 0 ms, a site
+  /// value the future count as seconds of week 0). Returns 0 on success. GpsC::gpsToUtc() and
+  /// GpsC::utcToGps() report any other result as an assertion and leave the value as it was;
+  /// GpsC::getLeapSeconds() ignores it. Callers preset the record with the default one.
   virtual std::uint32_t getLeapSecond(GpsC const& time,
                                       UtcLeapSecondRecord& record,
                                       GpsC* effectivity = nullptr) = 0;

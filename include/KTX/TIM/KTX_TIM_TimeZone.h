@@ -34,17 +34,26 @@ class TimeZoneC {
   /// new zone held, and slots after it are not called.
   virtual boost::signals2::connection connectTimeZoneChanged(
       boost::function<void()> const& slot) = 0;
-  /// All zones of the system, sorted by display name.
+  /// All zones of the system, sorted by display name. RC_FAILED when there is none, or when a zone
+  /// has no display name that fits 254 characters; zones then holds those gathered before it,
+  /// unsorted. What zones held before is gone either way.
   virtual std::uint32_t getTimeZoneList(ZoneNamesT& zones) = 0;
-  /// The key name of the zone the library works with; RC_FAILED when there is none.
+  /// The key name of the zone the library works with; RC_FAILED, and name empty, when there is
+  /// none.
   virtual std::uint32_t getTimeZone(std::wstring& name) = 0;
-  /// Makes the named zone the library's zone and announces the change.
+  /// Makes the named zone the library's zone and announces the change. RC_FAILED for a name that
+  /// checkTimeZone() refuses; the zone held before stays. RC_FAILED also when the zone vanishes
+  /// between that check and a second one; no zone is held then, and the next question asks the
+  /// system. The zone that is held already gives RC_OK and announces nothing.
   virtual std::uint32_t setTimeZone(std::wstring const& name) = 0;
   /// The key name of the default zone, "GMT Standard Time".
   virtual std::wstring getDefaultTimeZone() = 0;
-  /// RC_OK when the system knows a zone of that key name.
+  /// RC_OK when the system knows a zone of that key name, without regard to case, and for an empty
+  /// name, which stands for the root of all zones.
   virtual std::uint32_t checkTimeZone(std::wstring const& name) = 0;
-  /// The current zone's bias as text: "GMT", sign, hours and minutes of the bias as stored.
+  /// The current zone's bias as text: "GMT", sign, hours and minutes of the bias as stored, each
+  /// with a sign of its own: "GMT+05:00" for 300, "GMT--1:00" for -60, "GMT--5:-30" for -330. Empty
+  /// when there is no zone or its bias cannot be read.
   virtual std::wstring getTimeZoneOffsetText() = 0;
   /// The offset from UTC, in minutes east, that the system has now.
   virtual std::int16_t getUtcOffset(MjdTimeC const& time) = 0;
@@ -54,7 +63,7 @@ class TimeZoneC {
   virtual std::int16_t getUtcOffset(GpsC const& time) = 0;
   /// The offset from UTC, in minutes east, that the system has now.
   virtual std::int16_t getUtcOffset(GpsTimeC const& time) = 0;
-  /// The zone's standard bias in minutes; 0 on failure.
+  /// The zone's standard bias in minutes; bias is 0 on failure.
   virtual std::uint32_t getTimeZoneBias(std::wstring const& name, std::int32_t& bias) = 0;
   /// The zone's display name; display is unchanged on failure.
   virtual std::uint32_t getTimeZoneDisplayName(std::wstring const& name, std::wstring& display) = 0;
@@ -64,7 +73,10 @@ class TimeZoneC {
   virtual std::uint32_t getPreferredTimeZoneBias(std::wstring const& name, std::int32_t& bias) = 0;
   /// The first of the three preferred zones with this bias; name is empty on failure.
   virtual std::uint32_t findPreferredTimeZoneByBias(std::int32_t bias, std::wstring& name) = 0;
-  /// Turns a key name or an IANA name into a known key name, falling back on the bias.
+  /// Turns a key name or an IANA name of the fixed table into a known key name, in that order; for
+  /// any other name gives the first zone of the system with this bias, as findTimeZoneByBias()
+  /// does. RC_FAILED when there is none: resolved is then unchanged, or the key name that the table
+  /// gave for a zone that the system lacks.
   virtual std::uint32_t resolveTimeZone(std::wstring const& name,
                                         std::int32_t bias,
                                         std::wstring& resolved) = 0;

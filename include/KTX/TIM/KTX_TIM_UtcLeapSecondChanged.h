@@ -22,7 +22,9 @@ using UtcLeapSecondChangedSlot =
 
 /// Connects a listener to changes of the leap second in force. It runs on the thread that set
 /// the new value, with the library-wide lock and the store's lock held: it must not set a leap
-/// second, nor wait for another thread that reads one. Any thread may connect and disconnect.
+/// second, nor wait for another thread that reads a leap second or the present, converts a time,
+/// or makes an observation, for that thread waits for these locks. Any thread may connect and
+/// disconnect.
 KTX_TIM_API boost::signals2::connection connectUtcLeapSecondChanged(
     UtcLeapSecondChangedSlot const& slot);
 

@@ -13,7 +13,8 @@ namespace KTX::TIM {
 struct UtcLeapSecondRecord {
   LeapSecondSource source;  ///< where the statement comes from
   std::int16_t current;     ///< count before the announced change, s
-  std::int16_t future;      ///< count after it, s; equal to current when none is announced
+  std::int16_t future;      ///< count after it, s; equal to current when none is announced, and 0
+                            ///< where a setter stored a record whose effectivity is not known
   std::uint16_t week;       ///< full GPS week of the effectivity day
   std::uint8_t day;         ///< day of that week, 1 (Sunday) to 7; the change is at its end
   bool effectivityKnown;    ///< week and day mean something

@@ -15,13 +15,18 @@ struct UtcLeapSecondRecord;
 
 /// \file
 /// The process-wide leap second: setters, reset, file and reads. Any thread may call; a setter
-/// takes the library-wide lock, then the store's; a read and the reset take the store's alone.
+/// takes the library-wide lock, then the store's. getCurrentUtcLeapSecond() takes the library-wide
+/// lock to read the present, then the store's; the other reads and the reset take the store's
+/// alone.
 
-/// Sets a leap second. RC_INVALID_LEAPSECOND when the record fails the validity test,
-/// RC_LEAPSECOND_NOT_ACCEPTED when the one held stands against it; the state then stays as it
-/// was. When the record in force changes, listeners are told before the call returns. With
-/// makeCurrent the present is carried over in GPS time, so that UTC moves by the change of the
-/// count. What a listener throws reaches the caller with the new record in force.
+/// Sets a leap second. RC_INVALID_LEAPSECOND when the record fails the validity test;
+/// RC_LEAPSECOND_NOT_ACCEPTED when its effectivity lies more than six months after the present, or
+/// when the record held stands against it. A forced record is accepted whatever its effectivity.
+/// The state stays as it was where the record is refused. When the record in force changes,
+/// listeners are told before the call returns. With makeCurrent the present is carried over in GPS
+/// time, so that UTC moves by the change of the count; the correction signal is then emitted inside
+/// the call, with the library-wide lock and the store's lock held. What a listener throws reaches
+/// the caller with the new record in force.
 KTX_TIM_API std::uint32_t setUtcLeapSecond(UtcLeapSecondRecord const& record, bool makeCurrent);
 /// As above with makeCurrent; the effectivity is known when week or day is not 0.
 KTX_TIM_API std::uint32_t setUtcLeapSecond(std::int16_t current,
@@ -35,25 +40,28 @@ KTX_TIM_API std::uint32_t setUtcLeapSecond(std::int16_t current,
                                            std::int16_t future,
                                            GPSTimeC const& firstDay,
                                            LeapSecondSource source);
-/// A single count as the default. Its effectivity day is the day before the GPS epoch, which ends
-/// no month, so the validity test always refuses it.
+/// A single count as the default. Its effectivity day is the day before the GPS epoch, 1980-01-05
+/// wrapped into week 65535, which ends no month, so the validity test always refuses it.
 KTX_TIM_API std::uint32_t setUtcLeapSecond(std::int16_t count);
 
-/// Replaces the satellite and default value without the acceptance rule and without telling
-/// listeners. Null keeps the count and clears the rest. RC_INVALID_LEAPSECOND for an invalid or a
-/// forced record.
+/// Replaces the satellite or default value without the acceptance rule and without telling
+/// listeners. Null keeps the count and clears the rest. RC_INVALID_LEAPSECOND, and no change, for
+/// an invalid or a forced record.
 KTX_TIM_API std::uint32_t resetSatelliteLeapSecond(UtcLeapSecondRecord const* record = nullptr);
 
 /// Reads a leap second file and sets the value of its first usable line as a forced one.
-/// RC_FAILED when the file cannot be opened or read, is empty, or has no usable line among the
-/// first 100; else the result of the setter. The state stays as it was on failure.
+/// RC_FAILED when the file cannot be opened or read, is empty, or has no usable line among its
+/// first 100; else the result of the setter. The state stays as it was on failure. A line without
+/// its line end counts as well, so a file that was cut off inside "18,19,2036,12" and ends in
+/// "18,19,2036,1" sets another day: check the file's end first where that can happen.
 KTX_TIM_API std::uint32_t loadLeapSecondFile(std::wstring const& path, bool makeCurrent);
 
 /// The statement in force; record.current is the count to use at time. Always 0.
 KTX_TIM_API std::uint32_t getUtcLeapSecondAt(GpsC const& time, UtcLeapSecondRecord& record);
 /// As getUtcLeapSecondAt() for the present. Takes the library-wide lock first.
 KTX_TIM_API std::uint32_t getCurrentUtcLeapSecond(UtcLeapSecondRecord& record);
-/// The satellite or default value, whether or not a forced one is in force. Always 0.
+/// The satellite or default value as it was stored, whether or not a forced one is in force.
+/// Always 0.
 KTX_TIM_API std::uint32_t getNormalLeapSecond(UtcLeapSecondRecord& record);
 /// The leap second count in force at time, in seconds. Throws boost::numeric::negative_overflow
 /// or positive_overflow for a count outside -128 to 127.

@@ -17,20 +17,23 @@ class MjdTimeC;
 /// A calendar date with a time of day, in a time base.
 ///
 /// Hundredths and milliseconds tell the same fraction of a second twice: the milliseconds count
-/// only when milliseconds / 10 equals the hundredths, else hundredths * 10 is read. Fields out of
-/// range are not checked; the date library's exceptions (bad month, bad day, bad year) pass to
-/// the caller where a date is split or built. A plain value without a lock.
+/// only when milliseconds / 10 equals the hundredths, else hundredths * 10 is read.
+///
+/// Fields out of range are not checked: their sum counts, so that 31 February 2024 is 2 March 2024
+/// after a conversion. The one exception of the date library that can come is
+/// boost::gregorian::bad_year, from every operation that turns a day number after 9999-12-31 into a
+/// date; the value then stays as it was. A plain value without a lock.
 class KTX_TIM_API YmdhmsC {
  public:
-  /// Reads the present: GPS time, to hundredths. Takes the library-wide lock. zero() builds a
-  /// value without reading a clock.
+  /// Reads the present: GPS time, to hundredths. Takes the library-wide lock and prints the warning
+  /// of makeToCurrentTime(). zero() builds a value without reading a clock.
   YmdhmsC();
-  /// To hundredths; the time base is taken over.
-  YmdhmsC(GpsTimeC const& time);  // NOLINT(google-explicit-constructor): the forms are one time
-  /// To hundredths, TIMEBASE_GPS.
-  YmdhmsC(GPSTimeC const& time);  // NOLINT(google-explicit-constructor): the forms are one time
+  /// Rounds half away from zero to hundredths; the time base is taken over.
+  YmdhmsC(GpsTimeC const& time);  // NOLINT(google-explicit-constructor): interchangeable forms
+  /// Rounds half away from zero to hundredths; TIMEBASE_GPS.
+  YmdhmsC(GPSTimeC const& time);  // NOLINT(google-explicit-constructor): interchangeable forms
   /// Rounds half away from zero to the precision; a day number of 0 or less gives all zeros.
-  YmdhmsC(MjdTimeC const& time,  // NOLINT(google-explicit-constructor): the forms are one time
+  YmdhmsC(MjdTimeC const& time,  // NOLINT(google-explicit-constructor): interchangeable forms
           std::uint32_t precision = 0);
   /// From the packed time and date of the FAT file system: local time, 1980 to 2107, even
   /// seconds, day of week 0.
@@ -77,20 +80,22 @@ class KTX_TIM_API YmdhmsC {
   bool operator!=(YmdhmsC const& other) const;
 
   /// Fills this value with the present in GPS time at its precision; day of week becomes 0.
-  /// Takes the library-wide lock. Prints a warning to standard output when the mapping was last
-  /// set more than a day ago.
+  /// Takes the library-wide lock. Prints a warning on standard output when the present was last
+  /// seeded or corrected more than a day ago, unless setPresentWarningEnabled() turned it off.
   void makeToCurrentTime();
   /// As makeToCurrentTime(), then normalised, so that the day of week is set too.
   void setToCurrentTime();
   /// Hands this instant to the offset filter as an observation with noiseMs, its standard
-  /// deviation in milliseconds. The value is only read. Always returns 0. Takes the library-wide
-  /// lock; a released correction is announced by the correction signal after the lock is
-  /// released.
+  /// deviation in milliseconds; 0 or less makes it exact. The value is only read. Always returns 0.
+  /// Takes the library-wide lock; a released correction is announced by the correction signal after
+  /// the lock is released. Prints the warning of makeToCurrentTime() where it corrects nothing.
   std::uint32_t makeToCurrentTime(std::int64_t noiseMs) const;
   /// Sets the clock of the PC to this value. False when the base is not UTC (with an assertion,
   /// and without touching the clock) or when the system refuses, for want of privilege as a rule.
   bool applyToCurrentSystemTime() const;
-  /// Emits the time signal with this instant in GPS time. Takes no lock. Always returns 0.
+  /// Emits the time signal with this instant in GPS time. A UTC or LOCAL value of precision 0 is
+  /// rounded to hundredths on the way: 127 ms with 12 hundredths become 130 ms; a GPS value is not.
+  /// A value without one of these bases is emitted as it stands. Takes no lock. Always returns 0.
   std::uint32_t emitTimeSignal() const;
 
   std::uint16_t year;         ///< full year, such as 2024
@@ -116,8 +121,18 @@ class KTX_TIM_API YmdhmsC {
 KTX_TIM_API std::ostream& operator<<(std::ostream& stream, YmdhmsC const& time);
 
 /// Reads seven decimal numbers (year to hundredths), each followed by one character that is not
-/// looked at; a closing 'Z' sets TIMEBASE_UTC, any other keeps the base. When a number cannot be
-/// read the stream's failbit is set and the value is unchanged.
+/// looked at; a closing 'Z' sets TIMEBASE_UTC, any other keeps the base. Sets the fields from year
+/// to hundredths and the milliseconds.
+///
+/// The last number counts hundredths, however many digits it has: ".42Z" is 420 ms, ".042Z" as
+/// well, and ".420Z" is cut to 8 bits, 164, and means 1.64 s. No range is checked: each number is
+/// cut to the width of its field. An offset is not read: of "05.42+01:00" the '+' is the closing
+/// character and "01:00" stays in the stream. The fraction must be there: "08:09:05Z" cannot be
+/// read. Day of week and precision stay as they were, so a value that was written and read back
+/// into another is not equal to the first unless both have the same day of week.
+///
+/// When a number cannot be read, or does not fit 32 bits, failbit is set and the value is
+/// unchanged. When only the closing character is missing, all fields are set, and failbit too.
 KTX_TIM_API std::istream& operator>>(std::istream& stream, YmdhmsC& time);
 
 }  // namespace KTX::TIM
