@@ -66,7 +66,8 @@ class KTX_TIM_API GpsC : public GPSTimeC {
   /// Always returns 0. Takes the library-wide lock; the correction signal is emitted after it is
   /// released. Prints the warning of currentTime() where it corrects nothing.
   std::uint32_t makeToCurrentTime(std::int64_t noiseMs, std::int32_t precisionFlag) const;
-  /// Emits the time signal with this instant, read as GPS time. Takes no lock. Always returns 0.
+  /// Emits the time signal with this instant, read as GPS time. Does not take the library-wide
+  /// lock. Always returns 0.
   std::uint32_t emitTimeSignal() const;
 
  private:

@@ -95,7 +95,8 @@ class KTX_TIM_API YmdhmsC {
   bool applyToCurrentSystemTime() const;
   /// Emits the time signal with this instant in GPS time. A UTC or LOCAL value of precision 0 is
   /// rounded to hundredths on the way: 127 ms with 12 hundredths become 130 ms; a GPS value is not.
-  /// A value without one of these bases is emitted as it stands. Takes no lock. Always returns 0.
+  /// A value without one of these bases is emitted as it stands. Does not take the library-wide
+  /// lock. Always returns 0.
   std::uint32_t emitTimeSignal() const;
 
   std::uint16_t year;         ///< full year, such as 2024
