@@ -7,27 +7,74 @@
 
 namespace {
 
-class CountingSinkC : public KTX::VORTIME::TimeEventSinkI {
+using namespace KTX::VORTIME;
+
+void demand(bool holds) {
+  if (!holds) {
+    std::abort();
+  }
+}
+
+/// Checks each event by itself and adds all of them up.
+class CheckingSinkC : public TimeEventSinkI {
  public:
-  void onEvent(KTX::VORTIME::TimeEventC const& event) override {
-    ++count;
-    sum = sum * 31 + event.offset + event.refusal;
+  explicit CheckingSinkC(std::size_t inputSize) : size(inputSize) {}
+
+  void onEvent(TimeEventC const& event) override {
+    demand(event.offset < size && event.line > 0);
+    demand(!event.hasHostTime || isCivil(event.hostUnixMs));
+    demand(event.refusal != REFUSAL_NONE || event.kind != EVENT_TIME ||
+           event.timeForm != TIMEFORM_NONE);
+    if (event.timeForm == TIMEFORM_UTC) {
+      demand(isDate(event.utc.year, event.utc.month, event.utc.day));
+      demand(isCivil(secondsSince1970(event.utc) * 1000));
+    }
+    for (std::uint64_t const part :
+         {event.offset, event.line, static_cast<std::uint64_t>(event.refusal),
+          static_cast<std::uint64_t>(event.signs), static_cast<std::uint64_t>(event.hostUnixMs),
+          static_cast<std::uint64_t>(event.nanosecondOfWeek)}) {
+      sum = sum * 31 + part;
+    }
   }
 
-  std::uint64_t count = 0;
   std::uint64_t sum = 0;
+
+ private:
+  static bool isCivil(std::int64_t unixMs) {
+    return unixMs >= FIRST_CIVIL_UNIX_MS && unixMs < LAST_CIVIL_UNIX_MS + 1000;
+  }
+
+  std::size_t const size;
 };
+
+struct ReadingC {
+  std::uint64_t sum = 0;
+  std::uint64_t lines = 0;
+};
+
+/// Reads with so many bytes more at a time.
+ReadingC readInPieces(std::string_view all, std::size_t piece) {
+  CheckingSinkC sink(all.size());
+  ReadCountsC counts;
+  StreamReaderC reader(sink, counts);
+  std::size_t done = 0;
+  for (std::size_t end = piece; end < all.size(); end += piece) {
+    done += reader.read(all.substr(done, end - done), false);
+    demand(done <= end);
+  }
+  done += reader.read(all.substr(done), true);
+  demand(done == all.size() && counts.bytes == all.size());
+  return {sink.sum, counts.lines};
+}
 
 }  // namespace
 
-// Any bytes: NMEA, UBX, gpsd reports, host times and RINEX are told apart by them.
+// Any bytes: NMEA, UBX, gpsd reports, host times and RINEX are told apart by them. However they are
+// cut into pieces, the events are the same.
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-  using namespace KTX::VORTIME;
   std::string_view const all(reinterpret_cast<char const*>(data), size);
-  CountingSinkC sink;
-  ReadCountsC counts;
-  if (StreamReaderC(sink, counts).read(all, true) != size || counts.bytes != size) {
-    std::abort();
-  }
+  ReadingC const whole = readInPieces(all, size + 1);
+  ReadingC const cut = readInPieces(all, 1 + size / 7);
+  demand(whole.sum == cut.sum && whole.lines == cut.lines);
   return 0;
 }

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # run_fuzz.sh SECONDS [TARGET...]: runs each fuzz target for SECONDS, one a core, and prints how many inputs each took, and
 # all together.
-# Starts from the checked-in corpus; what is found stays in build/fuzz. Ends with 1 at the first target that fails.
+# Starts from the checked-in corpus, with the dictionary of the target where there is one; what is found stays in build/fuzz. Ends with 1 at the first target that fails.
 set -eu
 cd "$(dirname "$0")/.."
 seconds=$1
@@ -19,10 +19,13 @@ executed() {
 }
 
 run_target() {
-  local target=$1 seconds=$2 name=${1#fuzz_} run
+  local target=$1 seconds=$2 name=${1#fuzz_} run options=()
   run=build/fuzz/runs/$name
   mkdir -p "$run/corpus"
-  if ! "build/fuzz/bin/$target" -max_total_time="$seconds" -print_final_stats=1 -artifact_prefix="$run/" \
+  if [ -f "fuzz/dictionaries/$name.dict" ]; then
+    options=(-dict="fuzz/dictionaries/$name.dict")
+  fi
+  if ! "build/fuzz/bin/$target" "${options[@]}" -max_total_time="$seconds" -print_final_stats=1 -artifact_prefix="$run/" \
     "$run/corpus" "fuzz/corpus/$name" > "$run/log" 2>&1; then
     echo "$target failed; its input and log are in $run"
     tail -n 40 "$run/log"

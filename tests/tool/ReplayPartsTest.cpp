@@ -1,3 +1,5 @@
+#include <cmath>
+#include <optional>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -40,8 +42,8 @@ TEST(SimulatedPc, RunsByTheTimesOfTheReceiver) {
     SCOPED_TRACE(c.stepMs);
     SimulatedPcC pc{SimulatedPcOptionsC()};
     pc.arrive(arrivalAt(DAY_MS, "RMC", true));
-    std::int64_t const before = pc.arrive(arrivalAt(DAY_MS + 500, "RMC")).steadyMs;
-    PcReadingC const after = pc.arrive(arrivalAt(DAY_MS + 500 + c.stepMs, c.message));
+    std::int64_t const before = pc.arrive(arrivalAt(DAY_MS + 500, "RMC"))->steadyMs;
+    PcReadingC const after = *pc.arrive(arrivalAt(DAY_MS + 500 + c.stepMs, c.message));
     EXPECT_EQ(c.passedMs, after.steadyMs - before);
     EXPECT_FALSE(after.isCalendarKnown);
   }
@@ -52,8 +54,8 @@ TEST(SimulatedPc, BeginsOffAndDrifts) {
   options.offsetMs = -300;
   options.driftPpm = 1000;
   SimulatedPcC pc(options);
-  EXPECT_EQ(DAY_MS - 300, pc.arrive(arrivalAt(DAY_MS, "RMC", true)).systemUnixMs);
-  EXPECT_EQ(DAY_MS - 300 + 10010, pc.arrive(arrivalAt(DAY_MS + 10000, "RMC")).systemUnixMs);
+  EXPECT_EQ(DAY_MS - 300, pc.arrive(arrivalAt(DAY_MS, "RMC", true))->systemUnixMs);
+  EXPECT_EQ(DAY_MS - 300 + 10010, pc.arrive(arrivalAt(DAY_MS + 10000, "RMC"))->systemUnixMs);
 }
 
 TEST(SimulatedPc, RunsByTheHostWhereItIsKnown) {
@@ -61,14 +63,99 @@ TEST(SimulatedPc, RunsByTheHostWhereItIsKnown) {
   ArrivalC arrival = arrivalAt(DAY_MS, "RMC", true);
   arrival.hasHostTime = true;
   arrival.hostUnixMs = 5000;
-  PcReadingC const first = pc.arrive(arrival);
+  PcReadingC const first = *pc.arrive(arrival);
   EXPECT_EQ(5000, first.systemUnixMs);
   EXPECT_TRUE(first.isCalendarKnown);
   arrival.isFirst = false;
   arrival.hostUnixMs = 4999;
-  PcReadingC const back = pc.arrive(arrival);
+  PcReadingC const back = *pc.arrive(arrival);
   EXPECT_TRUE(back.hasRunBack);
   EXPECT_EQ(first.steadyMs, back.steadyMs);
+}
+
+ArrivalC arrivalAtHost(std::int64_t hostUnixMs, bool isFirst = false) {
+  ArrivalC arrival = arrivalAt(DAY_MS, "RMC", isFirst);
+  arrival.hasHostTime = true;
+  arrival.hostUnixMs = hostUnixMs;
+  return arrival;
+}
+
+TEST(SimulatedPc, HasNoReadingOutsideTheYearsOfItsCalendarClock) {
+  struct {
+    std::int64_t hostUnixMs;
+    bool canBeShown;
+  } const cases[] = {{FIRST_CIVIL_UNIX_MS, true}, {FIRST_CIVIL_UNIX_MS - 1, false},
+                     {LAST_CIVIL_UNIX_MS, true},  {LAST_CIVIL_UNIX_MS + 1, false},
+                     {INT64_MIN, false},          {INT64_MAX, false}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.hostUnixMs);
+    SimulatedPcC pc{SimulatedPcOptionsC()};
+    EXPECT_EQ(c.canBeShown, pc.arrive(arrivalAtHost(c.hostUnixMs, true)).has_value());
+    SimulatedPcC running{SimulatedPcOptionsC()};
+    running.arrive(arrivalAtHost(0, true));
+    EXPECT_EQ(c.canBeShown, running.arrive(arrivalAtHost(c.hostUnixMs)).has_value());
+  }
+}
+
+TEST(SimulatedPc, BeginsAtAnyOffsetThatItsCalendarClockCanShow) {
+  struct {
+    std::int64_t offsetMs;
+    bool canBeShown;
+  } const cases[] = {{FIRST_CIVIL_UNIX_MS - DAY_MS, true},
+                     {FIRST_CIVIL_UNIX_MS - DAY_MS - 1, false},
+                     {LAST_CIVIL_UNIX_MS - DAY_MS, true},
+                     {LAST_CIVIL_UNIX_MS - DAY_MS + 1, false},
+                     {INT64_MIN, false},
+                     {INT64_MAX, false}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.offsetMs);
+    SimulatedPcOptionsC options;
+    options.offsetMs = c.offsetMs;
+    SimulatedPcC pc(options);
+    std::optional<PcReadingC> const reading = pc.arrive(arrivalAt(DAY_MS, "RMC", true));
+    ASSERT_EQ(c.canBeShown, reading.has_value());
+    if (reading) {
+      EXPECT_EQ(DAY_MS + c.offsetMs, reading->systemUnixMs);
+    }
+  }
+}
+
+TEST(SimulatedPc, CountsAtMostItsLongestTime) {
+  SimulatedPcC pc{SimulatedPcOptionsC()};
+  pc.arrive(arrivalAtHost(FIRST_CIVIL_UNIX_MS, true));
+  ASSERT_TRUE(pc.arrive(arrivalAtHost(LAST_CIVIL_UNIX_MS)));
+  // Back again: from here on no millisecond more can be counted.
+  ASSERT_TRUE(pc.arrive(arrivalAtHost(0)));
+  EXPECT_FALSE(pc.arrive(arrivalAtHost(1)));
+  EXPECT_FALSE(pc.arrive(arrivalAtHost(LAST_CIVIL_UNIX_MS)));
+  std::optional<PcReadingC> const reading = pc.arrive(arrivalAtHost(0));
+  ASSERT_TRUE(reading);
+  EXPECT_EQ(SimulatedPcC::STEADY_START_MS + SimulatedPcC::MAX_ELAPSED_MS, reading->steadyMs);
+  EXPECT_FALSE(reading->hasRunBack);
+}
+
+TEST(SimulatedPc, LetsNoTimePassForAMessageWithoutAReading) {
+  SimulatedPcOptionsC options;
+  options.jitterMs = 1000;
+  SimulatedPcC pc(options);
+  SimulatedPcC undisturbed(options);
+  pc.arrive(arrivalAt(DAY_MS, "RMC", true));
+  undisturbed.arrive(arrivalAt(DAY_MS, "RMC", true));
+  ArrivalC distant = arrivalAt(INT64_MAX, "RMC");
+  distant.isNewInput = true;
+  EXPECT_FALSE(pc.arrive(distant));
+  for (std::int64_t ms = 1000; ms <= 100000; ms += 1000) {
+    EXPECT_EQ(undisturbed.arrive(arrivalAt(DAY_MS + ms, "RMC"))->steadyMs,
+              pc.arrive(arrivalAt(DAY_MS + ms, "RMC"))->steadyMs);
+  }
+}
+
+TEST(SimulatedPc, HasNoReadingForADriftThatIsNoNumber) {
+  for (double const drift : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+    SimulatedPcOptionsC options;
+    options.driftPpm = drift;
+    EXPECT_FALSE(SimulatedPcC(options).arrive(arrivalAt(DAY_MS, "RMC", true)));
+  }
 }
 
 TEST(SignDetector, TellsAStepOfMoreThanTwoSeconds) {

@@ -109,5 +109,78 @@ class OldMapping(unittest.TestCase):
         self.assertEqual(["correction"] * 3 + ["summary"], [o["type"] for o in objects])
 
 
+def zda(date, clock="000000"):
+    return sentence(f"GPZDA,{clock},{date:%d,%m,%Y},00,00").strip()
+
+
+class Extremes(unittest.TestCase):
+    """Times that do not fit into 64 bits somewhere on their way."""
+    DAY = datetime.date(2024, 2, 1)
+
+    def replay(self, log, *options):
+        result = run("replay", "--json", *options, "-", input=log)
+        self.assertNotIn("runtime error", result.stderr)
+        return result, json_lines(result.stdout)
+
+    def test_host_times_beyond_2262(self):
+        for host in ("1900-01-01T00:00:00.000Z", "2262-04-11T23:47:16.854Z", "2262-04-11T23:47:16.855Z",
+                     "2263-01-01T00:00:00.000Z", "9999-12-31T23:59:59.999Z"):
+            with self.subTest(host=host):
+                result, lines = self.replay(f"{host} {zda(self.DAY)}\n", "--trace", "/dev/null" if os.name == "posix" else "NUL")
+                self.assertEqual((0, ""), (result.returncode, result.stderr))
+                self.assertEqual(host, lines[0]["host"])
+                self.assertEqual("2024-02-01T00:00:00.000Z", lines[0]["utc"])
+
+    def test_host_times_that_alternate_between_the_ends(self):
+        pairs = 50000
+        log = "".join(f"NMEA,{zda(self.DAY)},{unix_ms}\n" for unix_ms in (0, 253402300799999)) * pairs
+        result, lines = self.replay(log, "-q")
+        # The steady clock counts the first way up and none of the others.
+        self.assertEqual({"out-of-range": pairs - 1}, lines[-1]["refused"])
+        self.assertEqual(pairs + 1, lines[-1]["used"])
+        self.assertEqual(0, result.returncode)
+
+    def test_a_date_beyond_2262(self):
+        date = datetime.date(2263, 1, 1)
+        for weeks, signs in ((0, []), (1024, ["week-rollover"])):
+            log = zda(date - datetime.timedelta(weeks=weeks)) + "\n"
+            for option in (("--date", date.isoformat()), ("--date=" + date.isoformat(),)):
+                with self.subTest(weeks=weeks, option=option):
+                    result, lines = self.replay(log, *option)
+                    self.assertEqual(0, result.returncode)
+                    self.assertEqual(signs, lines[0].get("signs", []))
+
+    def test_dates_that_are_none(self):
+        for date in ("0000-01-01", "1899-12-31", "10000-01-01", "2024-02-30"):
+            with self.subTest(date=date):
+                result, _ = self.replay("", "--date", date)
+                self.assertEqual((2, ""), (result.returncode, result.stdout))
+                self.assertIn("not a date: " + date, result.stderr)
+
+    def test_year_zero_in_a_log(self):
+        result, lines = self.replay(sentence("GPZDA,000000,01,01,0000,00,00"))
+        self.assertEqual((1, "bad-date"), (result.returncode, lines[0]["reason"]))
+
+    def test_offsets_of_the_pc(self):
+        log = zda(self.DAY) + "\n"
+        stated = 1706745600000
+        first, last = -2208988800000, 253402300799999
+        for offset, code in ((first - stated, 0), (last - stated, 0), (first - stated - 1, 1), (last - stated + 1, 1),
+                             (first - last, 1), (last - first, 1), (first - last - 1, 2), (last - first + 1, 2),
+                             (-2 ** 63, 2), (2 ** 63 - 1, 2), (2 ** 63, 2), (-2 ** 63 - 1, 2)):
+            with self.subTest(offset=offset):
+                result, lines = self.replay(log, f"--pc-offset={offset}")
+                self.assertEqual(code, result.returncode)
+                if code == 1:
+                    self.assertEqual("out-of-range", lines[0]["reason"])
+                if code == 2:
+                    self.assertIn(f"--pc-offset: Value {offset} not in range", result.stderr)
+
+    def test_a_drift_that_is_no_number(self):
+        result, _ = self.replay("", "--pc-drift", "nan")
+        self.assertEqual(2, result.returncode)
+        self.assertIn("--pc-drift: not a number: nan", result.stderr)
+
+
 if __name__ == "__main__":
     tool_runner.main()

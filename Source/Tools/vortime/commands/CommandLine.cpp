@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <memory>
 #include <sstream>
 
@@ -46,7 +48,7 @@ void addEngine(CLI::App& app, ReplayOptionsC& engine) {
            if (readIsoTime(text + "T00:00:00", time) == 0) {
              throw CLI::ValidationError("--date", "not a date: " + text);
            }
-           engine.referenceUnixMs = nanosecondsSince1970(time) / 1000000;
+           engine.referenceUnixMs = secondsSince1970(time) * 1000;
          },
          "About when the input was recorded, to tell a receiver that is 1024 weeks off")
       ->type_name("YYYY-MM-DD");
@@ -62,11 +64,16 @@ RunT addReplay(CLI::App& parent) {
   addEngine(app, options->engine);
   app.add_option("--pc-offset", options->pc.offsetMs,
                  "PC clock minus receiver at the start, where the log has no host time")
-      ->type_name("MS");
+      ->type_name("MS")
+      ->check(CLI::Range(-SimulatedPcC::MAX_ELAPSED_MS, SimulatedPcC::MAX_ELAPSED_MS));
   app.add_option("--pc-drift", options->pc.driftPpm,
                  "How much the PC's clocks run too fast, where the log has no host time")
       ->type_name("PPM")
-      ->check(CLI::Range(-500000.0, 500000.0));
+      ->check(CLI::Range(-500000.0, 500000.0))
+      ->check([](std::string const& text) {
+        // No comparison tells that a number is none.
+        return std::isnan(std::strtod(text.c_str(), nullptr)) ? "not a number: " + text : "";
+      });
   app.add_option("--jitter", options->pc.jitterMs,
                  "Standard deviation of the time a message takes, where the log has no host time")
       ->type_name("MS")

@@ -3,7 +3,6 @@
 namespace KTX::VORTIME {
 namespace {
 
-constexpr std::int64_t NS_PER_SECOND = 1000000000;
 constexpr std::int64_t MS_PER_DAY = 86400000;
 constexpr std::int64_t DAYS_PER_ERA = 146097;
 
@@ -30,11 +29,9 @@ std::int64_t daysSince1970(std::int32_t year, std::int32_t month, std::int32_t d
   return y * 365 + y / 4 - y / 100 + y / 400 + dayOfYear - 719468;
 }
 
-std::int64_t nanosecondsSince1970(CivilTimeC const& time) {
-  std::int64_t const seconds = daysSince1970(time.year, time.month, time.day) * 86400 +
-                               std::int64_t{time.hour} * 3600 + std::int64_t{time.minute} * 60 +
-                               time.second;
-  return seconds * NS_PER_SECOND + time.nanosecond;
+std::int64_t secondsSince1970(CivilTimeC const& time) {
+  return daysSince1970(time.year, time.month, time.day) * 86400 + std::int64_t{time.hour} * 3600 +
+         std::int64_t{time.minute} * 60 + time.second;
 }
 
 CivilTimeC civilTimeOf(std::int64_t unixMs) {
@@ -45,8 +42,8 @@ CivilTimeC civilTimeOf(std::int64_t unixMs) {
     --days;
   }
   std::int64_t const z = days + 719468;
-  std::int64_t const era = z / DAYS_PER_ERA;
-  std::int64_t const dayOfEra = z % DAYS_PER_ERA;
+  std::int64_t const era = (z < 0 ? z - (DAYS_PER_ERA - 1) : z) / DAYS_PER_ERA;
+  std::int64_t const dayOfEra = z - era * DAYS_PER_ERA;
   std::int64_t const yearOfEra =
       (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
   std::int64_t const dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);

@@ -22,10 +22,15 @@ bool isDate(std::int32_t year, std::int32_t month, std::int32_t day);
 /// Days from 1970-01-01 to a date for which isDate() holds.
 std::int64_t daysSince1970(std::int32_t year, std::int32_t month, std::int32_t day);
 
-/// Nanoseconds since 1970-01-01 of a time with a valid date, every day having 86400 s.
-std::int64_t nanosecondsSince1970(CivilTimeC const& time);
+/// The first and the last millisecond of the dates for which isDate() holds.
+constexpr std::int64_t FIRST_CIVIL_UNIX_MS = -2208988800000;
+constexpr std::int64_t LAST_CIVIL_UNIX_MS = 253402300799999;
 
-/// The time that lies so many milliseconds after 1970-01-01; years 1 to 9999.
+/// Whole seconds since 1970-01-01 of a time with a valid date, every day having 86400 s. The
+/// nanoseconds do not count: those of the year 2263 and later do not fit into 64 bits.
+std::int64_t secondsSince1970(CivilTimeC const& time);
+
+/// The time that lies so many milliseconds after 1970-01-01, for any number of them.
 CivilTimeC civilTimeOf(std::int64_t unixMs);
 
 }  // namespace KTX::VORTIME

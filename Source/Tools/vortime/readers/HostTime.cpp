@@ -8,8 +8,7 @@ namespace KTX::VORTIME {
 namespace {
 
 constexpr std::string_view TAG = "NMEA,";
-constexpr std::int64_t NS_PER_MS = 1000000;
-constexpr std::int64_t MAX_UNIX_MS = 253402300799999;  // 9999-12-31T23:59:59.999
+constexpr std::int32_t NS_PER_MS = 1000000;
 
 bool readIsoPrefix(std::string_view line, HostTimeC& hostTime) {
   CivilTimeC time;
@@ -23,8 +22,9 @@ bool readIsoPrefix(std::string_view line, HostTimeC& hostTime) {
   if (at >= line.size() || (line[at] != ' ' && line[at] != '\t')) {
     return false;
   }
-  // Times before 1970 are cut towards it; no host clock reads them.
-  hostTime = HostTimeC{nanosecondsSince1970(time) / NS_PER_MS, at + 1, line.size()};
+  // A clock that counts milliseconds shows the last one that is over.
+  std::int64_t const unixMs = secondsSince1970(time) * 1000 + time.nanosecond / NS_PER_MS;
+  hostTime = HostTimeC{unixMs, at + 1, line.size()};
   return true;
 }
 
@@ -38,7 +38,8 @@ bool readTagged(std::string_view line, HostTimeC& hostTime) {
     return false;
   }
   std::int64_t unixMs = 0;
-  if (!readDigits(line.substr(comma + 1, last - comma - 1), unixMs) || unixMs > MAX_UNIX_MS) {
+  if (!readDigits(line.substr(comma + 1, last - comma - 1), unixMs) ||
+      unixMs > LAST_CIVIL_UNIX_MS) {
     return false;
   }
   hostTime = HostTimeC{unixMs, TAG.size(), comma};

@@ -9,9 +9,9 @@ namespace KTX::VORTIME {
 
 /// The host's time of arrival that a logger wrote on a line, and where the receiver's text stands.
 struct HostTimeC {
-  std::int64_t unixMs = 0;
-  std::size_t begin = 0;  ///< of the receiver's text in the line
-  std::size_t end = 0;    ///< behind the receiver's text
+  std::int64_t unixMs = 0;  ///< of the years 1900 to 9999
+  std::size_t begin = 0;    ///< of the receiver's text in the line
+  std::size_t end = 0;      ///< behind the receiver's text
 };
 
 /// Reads a line, without its line end, in one of two forms: "2014-08-01T00:00:00.124000Z TEXT" or

@@ -18,7 +18,7 @@ enum RefusalE : std::uint8_t {
   REFUSAL_LEAP_SECOND,      ///< second 60, which a day number cannot express
   REFUSAL_VOID,             ///< the receiver itself marks the data as void
   REFUSAL_NOT_VALID,        ///< validity flags of the message are not set
-  REFUSAL_OUT_OF_RANGE,     ///< an instant outside the library's GPS weeks (1980 to 2100)
+  REFUSAL_OUT_OF_RANGE,     ///< outside the library's GPS weeks, or beyond the PC's clocks
   REFUSAL_STRICT,           ///< a warning sign, with --strict
   REFUSAL_LEAP_INVALID,     ///< the library finds the leap second record invalid
   REFUSAL_LEAP_REJECTED,    ///< the library holds on to another leap second record

@@ -2,6 +2,7 @@
 #define KTX_VORTIME_HOSTPC_H
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace KTX::VORTIME {
@@ -28,8 +29,9 @@ struct ArrivalC {
 class HostPcI {
  public:
   virtual ~HostPcI() = default;
-  /// Lets time pass until a message arrives and reads the clocks.
-  virtual PcReadingC arrive(ArrivalC const& arrival) = 0;
+  /// Lets time pass until a message arrives and reads the clocks. Empty, and no time has passed,
+  /// where the clocks cannot show that time.
+  virtual std::optional<PcReadingC> arrive(ArrivalC const& arrival) = 0;
 };
 
 }  // namespace KTX::VORTIME

@@ -8,7 +8,7 @@ LivePcC::LivePcC()
     : systemClock(TIM::createClock<boost::milli>(TIM::CLOCKTYPE_POSIX, TIM::CLOCKREF_UTC)),
       steadyClock(TIM::createClock<boost::milli>(TIM::CLOCKTYPE_STEADY, TIM::CLOCKREF_DEFAULT)) {}
 
-PcReadingC LivePcC::arrive(ArrivalC const& /*arrival*/) {
+std::optional<PcReadingC> LivePcC::arrive(ArrivalC const& /*arrival*/) {
   PcReadingC reading;
   reading.systemUnixMs = systemClock->now().count();
   reading.steadyMs = steadyClock->now().count();

@@ -14,7 +14,7 @@ class LivePcC : public HostPcI {
  public:
   LivePcC();
 
-  PcReadingC arrive(ArrivalC const& arrival) override;
+  std::optional<PcReadingC> arrive(ArrivalC const& arrival) override;
 
  private:
   boost::shared_ptr<TIM::ClockI<boost::milli>> const systemClock;

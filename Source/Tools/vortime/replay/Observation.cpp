@@ -23,9 +23,7 @@ TIM::GpsC gpsOf(TimeEventC const& event) {
 }
 
 std::int64_t roundedUnixMs(CivilTimeC const& time) {
-  // Field by field: years far from 1970 do not fit into nanoseconds.
-  return daysSince1970(time.year, time.month, time.day) * 86400000LL + time.hour * 3600000LL +
-         time.minute * 60000LL + time.second * 1000LL + roundedMs(time.nanosecond);
+  return secondsSince1970(time) * 1000 + roundedMs(time.nanosecond);
 }
 
 }  // namespace

@@ -154,7 +154,12 @@ void ReplayEngineC::onTime(TimeEventC const& event) {
     refuse(message, event.refusal != REFUSAL_NONE ? event.refusal : REFUSAL_OUT_OF_RANGE);
     return;
   }
-  PcReadingC const reading = arrive(event, observation.unixMs());
+  std::optional<PcReadingC> const arrived = arrive(event, observation.unixMs());
+  if (!arrived) {
+    refuse(message, REFUSAL_OUT_OF_RANGE);
+    return;
+  }
+  PcReadingC const& reading = *arrived;
   message.signs |= reading.hasRunBack ? SIGN_HOST_TIME_BACK : SIGN_NONE;
   message.signs |= detector.signsOfTime(observation.unixMs(), reading.steadyMs,
                                         reading.isCalendarKnown, reading.systemUnixMs);
@@ -198,9 +203,9 @@ void ReplayEngineC::onFileDate(TimeEventC const& event) {
   if (!observation.isInRange() || (hasClocks && observation.unixMs() <= latestUnixMs)) {
     return;
   }
-  PcReadingC const reading = arrive(event, observation.unixMs());
-  if (!hasClocks) {
-    startClocks(reading);
+  std::optional<PcReadingC> const reading = arrive(event, observation.unixMs());
+  if (reading && !hasClocks) {
+    startClocks(*reading);
     handPendingLeap();
   }
 }
@@ -217,7 +222,7 @@ void ReplayEngineC::seedLeapSecond(TimeEventC const& event) {
   TIM::resetSatelliteLeapSecond(&record);
 }
 
-PcReadingC ReplayEngineC::arrive(TimeEventC const& event, std::int64_t unixMs) {
+std::optional<PcReadingC> ReplayEngineC::arrive(TimeEventC const& event, std::int64_t unixMs) {
   ArrivalC arrival;
   arrival.statedUnixMs = unixMs;
   arrival.hasHostTime = event.hasHostTime;
@@ -225,12 +230,15 @@ PcReadingC ReplayEngineC::arrive(TimeEventC const& event, std::int64_t unixMs) {
   arrival.message = event.message;
   arrival.isFirst = !hasClocks;
   arrival.isNewInput = isNewInput;
+  std::optional<PcReadingC> const reading = pc.arrive(arrival);
+  if (!reading) {
+    return reading;
+  }
   isNewInput = false;
-  PcReadingC const reading = pc.arrive(arrival);
   latestUnixMs = unixMs;
-  steadyMs = reading.steadyMs;
-  systemClock->hold(reading.systemUnixMs);
-  steadyClock->hold(reading.steadyMs);
+  steadyMs = reading->steadyMs;
+  systemClock->hold(reading->systemUnixMs);
+  steadyClock->hold(reading->steadyMs);
   return reading;
 }
 

@@ -64,7 +64,7 @@ class ReplayEngineC : public TimeEventSinkI {
   void onLeap(TimeEventC const& event);
   void onFileDate(TimeEventC const& event);
   void seedLeapSecond(TimeEventC const& event);
-  PcReadingC arrive(TimeEventC const& event, std::int64_t unixMs);
+  std::optional<PcReadingC> arrive(TimeEventC const& event, std::int64_t unixMs);
   void startClocks(PcReadingC const& reading);
   void useObservation(MessageReportC const& message, PcReadingC const& reading);
   void offerLeap(MessageReportC const& message);

@@ -2,8 +2,10 @@
 #define KTX_VORTIME_SIMULATEDPC_H
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
+#include "readers/CivilTime.h"
 #include "replay/HostPc.h"
 
 namespace KTX::VORTIME {
@@ -18,32 +20,41 @@ struct SimulatedPcOptionsC {
 
 /// A PC whose clocks run by a log: by the host's times where it has them, else by the times that
 /// its messages state. No clock of the machine is read, so a log always gives the same result.
+///
+/// The calendar clock shows FIRST_CIVIL_UNIX_MS to LAST_CIVIL_UNIX_MS, the steady clock counts up
+/// to MAX_ELAPSED_MS. A message that would arrive later or earlier has no reading.
 class SimulatedPcC : public HostPcI {
  public:
   /// The longest forward step of the receiver that is taken for time that passed.
   static constexpr std::int64_t MAX_GAP_MS = 86400000;
   /// What the steady clock reads at the first message.
   static constexpr std::int64_t STEADY_START_MS = 1000000;
+  /// The longest time from the first message to the last.
+  static constexpr std::int64_t MAX_ELAPSED_MS = LAST_CIVIL_UNIX_MS - FIRST_CIVIL_UNIX_MS;
 
   explicit SimulatedPcC(SimulatedPcOptionsC const& pcOptions);
 
-  PcReadingC arrive(ArrivalC const& arrival) override;
+  std::optional<PcReadingC> arrive(ArrivalC const& arrival) override;
 
  private:
-  PcReadingC arriveByHost(ArrivalC const& arrival);
-  PcReadingC arriveByReceiver(ArrivalC const& arrival);
-  void pass(ArrivalC const& arrival);
-  double nextDelayMs();
+  struct StateC {
+    std::uint64_t random = 0;
+    bool runsByHost = false;
+    std::int64_t startUnixMs = 0;  ///< calendar clock at the first message
+    std::int64_t lastUnixMs = 0;   ///< host time or stated time of the message before
+    std::string lastMessage;       ///< kind of the message that time last passed with
+    std::int64_t usualStepMs = 0;  ///< last step that was one of a running receiver
+    std::int64_t passedMs = 0;     ///< true time since the first message
+    std::int64_t elapsedMs = 0;    ///< the same by the PC's clocks
+  };
+
+  static PcReadingC arriveByHost(StateC& state, ArrivalC const& arrival);
+  PcReadingC arriveByReceiver(StateC& state, ArrivalC const& arrival) const;
+  static void pass(StateC& state, ArrivalC const& arrival);
+  double nextDelayMs(StateC& state) const;
 
   SimulatedPcOptionsC const options;
-  std::uint64_t randomState;
-  bool runsByHost = false;
-  std::int64_t startUnixMs = 0;  ///< calendar clock at the first message
-  std::int64_t lastUnixMs = 0;   ///< host time or stated time of the message before
-  std::string lastMessage;       ///< kind of the message that time last passed with
-  std::int64_t usualStepMs = 0;  ///< last step that was one of a running receiver
-  std::int64_t passedMs = 0;     ///< true time since the first message
-  std::int64_t elapsedMs = 0;    ///< the same by the PC's clocks
+  StateC present;
 };
 
 }  // namespace KTX::VORTIME
