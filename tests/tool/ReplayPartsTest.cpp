@@ -6,9 +6,7 @@
 
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "output/TextFormat.h"
-#include "readers/Sign.h"
 #include "replay/LeapHistory.h"
-#include "replay/SignDetector.h"
 #include "replay/SimulatedPc.h"
 #include "system/FileName.h"
 
@@ -16,7 +14,6 @@ namespace KTX::VORTIME::TEST {
 namespace {
 
 constexpr std::int64_t DAY_MS = 86400000;
-constexpr std::int64_t ROLLOVER_MS = 1024 * 7 * DAY_MS;
 
 ArrivalC arrivalAt(std::int64_t statedUnixMs, char const* message, bool isFirst = false) {
   ArrivalC arrival;
@@ -155,52 +152,6 @@ TEST(SimulatedPc, HasNoReadingForADriftThatIsNoNumber) {
     SimulatedPcOptionsC options;
     options.driftPpm = drift;
     EXPECT_FALSE(SimulatedPcC(options).arrive(arrivalAt(DAY_MS, "RMC", true)));
-  }
-}
-
-TEST(SignDetector, TellsAStepOfMoreThanTwoSeconds) {
-  for (std::int64_t const stepMs : {-2001, -2000, 2000, 2001}) {
-    SCOPED_TRACE(stepMs);
-    SignDetectorC detector;
-    detector.useTime(DAY_MS, 0);
-    bool const isStep =
-        (detector.signsOfTime(DAY_MS + 1000 + stepMs, 1000, false, 0) & SIGN_TIME_STEP) != 0;
-    EXPECT_EQ(stepMs > 2000 || stepMs < -2000, isStep);
-  }
-}
-
-TEST(SignDetector, TellsARolloverAgainstTheHost) {
-  SignDetectorC const detector;
-  std::int64_t const host = 2 * ROLLOVER_MS;
-  EXPECT_EQ(SIGN_NONE, detector.signsOfTime(host, 0, true, host));
-  EXPECT_EQ(SIGN_WEEK_ROLLOVER, detector.signsOfTime(host - ROLLOVER_MS, 0, true, host));
-  EXPECT_EQ(SIGN_WEEK_ROLLOVER,
-            detector.signsOfTime(host - ROLLOVER_MS - 7 * DAY_MS, 0, true, host));
-  EXPECT_EQ(SIGN_NONE, detector.signsOfTime(host - ROLLOVER_MS - 7 * DAY_MS - 1, 0, true, host));
-  EXPECT_EQ(SIGN_NONE, detector.signsOfTime(host - ROLLOVER_MS, 0, false, host));
-}
-
-TEST(SignDetector, TellsLeapSecondsThatEndNoMonth) {
-  LeapStatementC leap;
-  leap.hasCount = true;
-  leap.hasEffectivity = true;
-  leap.current = 18;
-  leap.future = 18;
-  struct {
-    int week, day;
-    std::uint32_t signs;
-  } const cases[] = {{1929, 7, SIGN_NONE},
-                     {1929, 6, SIGN_LEAP_DAY},
-                     {1929 + 256, 7, SIGN_LEAP_DAY | SIGN_LEAP_WEEK},
-                     {137, 7, SIGN_LEAP_DAY | SIGN_LEAP_WEEK},
-                     {1573, 64, SIGN_LEAP_DAY},
-                     {1929, 0, SIGN_LEAP_DAY}};
-  for (auto const& c : cases) {
-    SCOPED_TRACE(c.week * 100 + c.day);
-    leap.week = c.week;
-    leap.day = c.day;
-    EXPECT_EQ(c.signs, SignDetectorC::signsOfLeap(leap, 18));
-    EXPECT_EQ(c.signs | SIGN_LEAP_COUNT, SignDetectorC::signsOfLeap(leap, 17));
   }
 }
 

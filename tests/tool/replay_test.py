@@ -80,6 +80,55 @@ class FirstSlice(unittest.TestCase):
         self.assertNotEqual(run(*options).stdout, run(*options, "--seed", "2").stdout)
 
 
+class StepLimit(unittest.TestCase):
+    """Two kinds of sentences that contradict each other by less than 2 s."""
+
+    LOG = "".join(f"2024-02-01T12:00:{second:02}.000Z " + line for second in range(1, 31)
+                  for line in (sentence(f"GPZDA,1200{second:02}.00,01,02,2024,00,00"),
+                               sentence(f"GPRMC,1200{second - 1:02}.40,A,,,,,,,010224,,,A")))
+
+    def replay(self, *options):
+        result = run("replay", "--json", "-q", *options, "-", input=self.LOG)
+        return json_lines(result.stdout)[-1]
+
+    def test_half_a_second_by_default(self):
+        self.assertEqual({"time-step": 59}, self.replay()["signs"])
+        self.assertEqual({"time-step": 59}, self.replay("--step-limit", "599")["signs"])
+
+    def test_limit_can_be_set(self):
+        for limit in (600, 601, 2000):
+            self.assertEqual({}, self.replay("--step-limit", limit)["signs"])
+
+    def test_strict_keeps_to_one_of_them(self):
+        summary = self.replay("--strict")
+        self.assertEqual((30, {"strict": 30}), (summary["used"], summary["refused"]))
+
+
+class LeapCount(unittest.TestCase):
+    """A count of leap seconds that no receiver can have."""
+
+    def replay(self, *counts):
+        log = "".join(f'{{"class":"TPV","mode":3,"time":"2024-02-01T00:00:{i:02}.000Z","leapseconds":{count}}}\n'
+                      for i, count in enumerate(counts))
+        return json_lines(run("replay", "--json", "-", input=log).stdout)
+
+    def test_outside_0_to_40_is_refused(self):
+        for count in (-1, 41, 255):
+            with self.subTest(count=count):
+                objects = self.replay(18, count)
+                refusal = [o for o in objects if o["type"] == "refusal"]
+                self.assertEqual(["leap-out-of-range"], [o["reason"] for o in refusal])
+                self.assertNotIn("record", refusal[0])
+                self.assertEqual(({"leap-out-of-range": 1}, 18, 2),
+                                 (objects[-1]["refused"], objects[-1]["leap_seconds"], objects[-1]["used"]))
+
+    def test_within_is_handed_to_the_library(self):
+        for count in (0, 40):
+            with self.subTest(count=count):
+                offered = [o for o in self.replay(18, count) if "record" in o]
+                self.assertEqual([count], [o["record"]["current"] for o in offered])
+
+
 class OldMapping(unittest.TestCase):
     """More than a day without a correction: the library would print a line for each observation."""
 

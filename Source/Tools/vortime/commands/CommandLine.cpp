@@ -41,6 +41,11 @@ void addEngine(CLI::App& app, ReplayOptionsC& engine) {
       ->type_name("MS")
       ->check(CLI::Range(std::int64_t{0}, std::int64_t{86400000}));
   app.add_flag("--strict", engine.isStrict, "Leave out messages that show a warning sign");
+  app.add_option("--step-limit", engine.stepLimitMs,
+                 "Difference between a time and where the time before led, in ms, above which it "
+                 "shows the warning sign time-step; 500 without this option")
+      ->type_name("MS")
+      ->check(CLI::Range(std::int64_t{0}, std::int64_t{86400000}));
   app.add_option_function<std::string>(
          "--date",
          [&engine](std::string const& text) {

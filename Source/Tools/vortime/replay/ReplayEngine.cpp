@@ -47,6 +47,18 @@ bool isAnnouncement(LeapStatementC const& leap) {
   return leap.hasEffectivity && leap.system != LEAPSYSTEM_UNKNOWN;
 }
 
+bool isCountInRange(std::int32_t count) {
+  return count >= ReplayEngineC::MIN_LEAP_COUNT && count <= ReplayEngineC::MAX_LEAP_COUNT;
+}
+
+bool hasCountsInRange(LeapStatementC const& leap) {
+  return isCountInRange(leap.current) && (!leap.hasEffectivity || isCountInRange(leap.future));
+}
+
+ArrivedTimeC arrivedTime(ObservationC const& observation, PcReadingC const& reading) {
+  return {observation.unixMs(), reading.steadyMs, reading.isCalendarKnown, reading.systemUnixMs};
+}
+
 // False for numbers that the library's record cannot hold.
 bool makeRecord(LeapStatementC const& leap, TIM::UtcLeapSecondRecord& record) {
   bool const isWhole = isAnnouncement(leap);
@@ -83,7 +95,8 @@ ReplayEngineC::ReplayEngineC(HostPcI& hostPc,
       report(replayReport),
       estimates(estimateSink),
       systemClock(boost::make_shared<HeldClockC>(true)),
-      steadyClock(boost::make_shared<HeldClockC>(false)) {
+      steadyClock(boost::make_shared<HeldClockC>(false)),
+      detector(options.stepLimitMs) {
   if (options.referenceUnixMs) {
     detector.setReferenceDate(*options.referenceUnixMs);
   }
@@ -161,13 +174,14 @@ void ReplayEngineC::onTime(TimeEventC const& event) {
   }
   PcReadingC const& reading = *arrived;
   message.signs |= reading.hasRunBack ? SIGN_HOST_TIME_BACK : SIGN_NONE;
-  message.signs |= detector.signsOfTime(observation.unixMs(), reading.steadyMs,
-                                        reading.isCalendarKnown, reading.systemUnixMs);
+  ArrivedTimeC const time = arrivedTime(observation, reading);
+  message.signs |= detector.signsOfTime(time);
   if (event.leap.hasCount && hasClocks) {
     message.signs |= SignDetectorC::signsOfLeap(event.leap, countInForce());
   }
   countSigns(message.signs);
   if (options.isStrict && message.signs != SIGN_NONE) {
+    detector.leaveOutTime(time, message.signs);
     refuse(message, REFUSAL_STRICT);
     return;
   }
@@ -259,7 +273,7 @@ void ReplayEngineC::useObservation(MessageReportC const& message, PcReadingC con
   EstimateStepC const& step =
       mirror.observe(observation.observedDayNumber(), reading.steadyMs, noiseMs);
   observation.makeToCurrentTime(noiseMs);
-  detector.useTime(observation.unixMs(), reading.steadyMs);
+  detector.useTime(arrivedTime(observation, reading), message.signs);
   ++runCounts.used;
   report.onObservation(message, noiseMs, step);
   if (estimates != nullptr) {
@@ -275,6 +289,10 @@ void ReplayEngineC::offerLeap(MessageReportC const& message) {
   if (!isAnnouncement(leap) && leap.current == countInForce()) {
     ++runCounts.leapStatements;
     report.onLeapStatement(message, leapReport);
+    return;
+  }
+  if (!hasCountsInRange(leap)) {
+    refuseLeap(message, leapReport, REFUSAL_LEAP_OUT_OF_RANGE);
     return;
   }
   if (!makeRecord(leap, leapReport.record)) {
@@ -293,6 +311,15 @@ void ReplayEngineC::offerLeap(MessageReportC const& message) {
     report.onLeapChange(previousLeap, currentLeap);
   }
   reportCorrections();
+}
+
+void ReplayEngineC::refuseLeap(MessageReportC const& message,
+                               LeapReportC& leapReport,
+                               RefusalE refusal) {
+  leapReport.outcome = LEAP_REFUSED;
+  leapReport.refusal = refusal;
+  ++runCounts.refused[refusal];
+  report.onLeapStatement(message, leapReport);
 }
 
 void ReplayEngineC::setLeapSecond(LeapReportC& leapReport) {

@@ -26,8 +26,9 @@ namespace KTX::VORTIME {
 struct ReplayOptionsC {
   std::optional<std::int64_t> noiseMs;  ///< for all observations, whatever accuracy they state
   bool isStrict = false;                ///< leave out messages with a sign
-  bool setsClock = false;               ///< set the PC's clock on each correction
-  bool usesLeapHistory = true;          ///< begin with the leap second of the first date
+  std::int64_t stepLimitMs = SignDetectorC::DEFAULT_STEP_LIMIT_MS;  ///< above it: a time-step
+  bool setsClock = false;                       ///< set the PC's clock on each correction
+  bool usesLeapHistory = true;                  ///< begin with the leap second of the first date
   std::optional<std::int64_t> referenceUnixMs;  ///< about when the log was recorded
 };
 
@@ -39,6 +40,9 @@ class ReplayEngineC : public TimeEventSinkI {
   static constexpr std::int64_t DEFAULT_NOISE_MS = 10;
   /// The age of the library's mapping above which the report is told of it.
   static constexpr std::int64_t OLD_MAPPING_MS = 86400000;
+  /// The counts of GPS minus UTC that a receiver is believed, in seconds.
+  static constexpr std::int32_t MIN_LEAP_COUNT = 0;
+  static constexpr std::int32_t MAX_LEAP_COUNT = 40;
 
   /// All must outlive the engine; estimateSink may be null.
   ReplayEngineC(HostPcI& hostPc,
@@ -70,6 +74,7 @@ class ReplayEngineC : public TimeEventSinkI {
   void offerLeap(MessageReportC const& message);
   void setLeapSecond(LeapReportC& leapReport);
   static void setClock(CorrectionReportC& correction);
+  void refuseLeap(MessageReportC const& message, LeapReportC& leapReport, RefusalE refusal);
   void refuse(MessageReportC const& message, RefusalE refusal);
   void countSigns(std::uint32_t signs);
   void reportCorrections();

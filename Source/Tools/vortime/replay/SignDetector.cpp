@@ -14,15 +14,14 @@ constexpr std::int64_t MS_PER_DAY = 86400000;
 constexpr std::int64_t ROLLOVER_MS = std::int64_t{1024} * 7 * MS_PER_DAY;
 constexpr std::int32_t WEEKS_OF_EIGHT_BITS = 256;
 
-// The PC's clock, the time before, and a date given by hand tell ever less exactly.
 constexpr std::int64_t HOST_TOLERANCE_MS = 7 * MS_PER_DAY;
 constexpr std::int64_t LAST_TOLERANCE_MS = MS_PER_DAY;
-constexpr std::int64_t REFERENCE_TOLERANCE_MS = 180 * MS_PER_DAY;
+constexpr std::int64_t DATE_TOLERANCE_MS = 180 * MS_PER_DAY;
 
-bool isRolledOver(std::int64_t unixMs, std::int64_t expectedUnixMs, std::int64_t toleranceMs) {
-  std::int64_t const difference = std::llabs(unixMs - expectedUnixMs);
-  std::int64_t const rollovers = (difference + ROLLOVER_MS / 2) / ROLLOVER_MS;
-  return rollovers > 0 && std::llabs(difference - rollovers * ROLLOVER_MS) <= toleranceMs;
+bool isFarBy1024Weeks(std::int64_t differenceMs, std::int64_t toleranceMs) {
+  std::int64_t const size = std::llabs(differenceMs);
+  std::int64_t const rollovers = (size + ROLLOVER_MS / 2) / ROLLOVER_MS;
+  return rollovers > 0 && std::llabs(size - rollovers * ROLLOVER_MS) <= toleranceMs;
 }
 
 // The month whose last day it is; 0 for a day within a month.
@@ -50,32 +49,86 @@ bool isOffBy256Weeks(std::int32_t week, std::int32_t day) {
 
 }  // namespace
 
-void SignDetectorC::setReferenceDate(std::int64_t unixMs) {
-  hasReference = true;
-  referenceUnixMs = unixMs;
+SignDetectorC::SignDetectorC(std::int64_t stepLimitMs)
+    : stepLimit(stepLimitMs), contradiction(stepLimitMs) {}
+
+void SignDetectorC::ReferenceC::set(ArrivedTimeC const& time) {
+  isKnown = true;
+  unixMs = time.unixMs;
+  steadyMs = time.steadyMs;
 }
 
-std::uint32_t SignDetectorC::signsOfTime(std::int64_t unixMs,
-                                         std::int64_t steadyMs,
-                                         bool hasHostTime,
-                                         std::int64_t hostUnixMs) const {
+std::int64_t SignDetectorC::ReferenceC::expectedAt(std::int64_t nowSteadyMs) const {
+  return unixMs + (nowSteadyMs - steadyMs);
+}
+
+void SignDetectorC::setReferenceDate(std::int64_t unixMs) {
+  hasDate = true;
+  dateUnixMs = unixMs;
+}
+
+std::uint32_t SignDetectorC::signsOfTime(ArrivedTimeC const& time) const {
   std::uint32_t signs = SIGN_NONE;
-  std::int64_t const expectedUnixMs = lastUnixMs + (steadyMs - lastSteadyMs);
-  if ((hasHostTime && isRolledOver(unixMs, hostUnixMs, HOST_TOLERANCE_MS)) ||
-      (hasReference && isRolledOver(unixMs, referenceUnixMs, REFERENCE_TOLERANCE_MS)) ||
-      (hasLast && isRolledOver(unixMs, expectedUnixMs, LAST_TOLERANCE_MS))) {
+  if (isRolledOver(time)) {
     signs |= SIGN_WEEK_ROLLOVER;
   }
-  if (hasLast && std::llabs(unixMs - expectedUnixMs) > MAX_STEP_MS) {
+  if (last.isKnown && std::llabs(time.unixMs - last.expectedAt(time.steadyMs)) > stepLimit) {
     signs |= SIGN_TIME_STEP;
+    if (isBurst(time)) {
+      signs |= SIGN_BURST;
+    }
   }
   return signs;
 }
 
-void SignDetectorC::useTime(std::int64_t unixMs, std::int64_t steadyMs) {
-  hasLast = true;
-  lastUnixMs = unixMs;
-  lastSteadyMs = steadyMs;
+bool SignDetectorC::isRolledOver(ArrivedTimeC const& time) const {
+  std::int64_t const fromHostMs = time.unixMs - time.hostUnixMs;
+  std::int64_t const fromDateMs = time.unixMs - dateUnixMs;
+  if ((time.isHostKnown && isFarBy1024Weeks(fromHostMs, HOST_TOLERANCE_MS)) ||
+      (hasDate && isFarBy1024Weeks(fromDateMs, DATE_TOLERANCE_MS))) {
+    return true;
+  }
+  if ((time.isHostKnown && std::llabs(fromHostMs) <= HOST_TOLERANCE_MS) ||
+      (hasDate && std::llabs(fromDateMs) <= DATE_TOLERANCE_MS)) {
+    return false;
+  }
+  return unrolled.isKnown &&
+         isFarBy1024Weeks(time.unixMs - unrolled.expectedAt(time.steadyMs), LAST_TOLERANCE_MS);
+}
+
+bool SignDetectorC::isBurst(ArrivedTimeC const& time) const {
+  std::int64_t const stepMs = time.unixMs - previous.unixMs;
+  return previous.isKnown && time.steadyMs - previous.steadyMs <= BURST_GAP_MS &&
+         stepMs > stepLimit && stepMs <= MAX_BURST_STEP_MS &&
+         time.unixMs > last.expectedAt(time.steadyMs);
+}
+
+void SignDetectorC::useTime(ArrivedTimeC const& time, std::uint32_t signs) {
+  last.set(time);
+  previous.set(time);
+  contradiction.clear();
+  if ((signs & SIGN_WEEK_ROLLOVER) == 0) {
+    unrolled.set(time);
+  }
+}
+
+void SignDetectorC::leaveOutTime(ArrivedTimeC const& time, std::uint32_t signs) {
+  previous.set(time);
+  if ((signs & SIGN_TIME_STEP) == 0 || (signs & SIGN_WEEK_ROLLOVER) != 0) {
+    return;
+  }
+  contradiction.add(time.unixMs, time.steadyMs);
+  if ((signs & SIGN_BURST) != 0 || contradiction.durationMs() >= LASTING_STEP_MS) {
+    last.set(time);
+    contradiction.clear();
+  }
+}
+
+void SignDetectorC::expectStep() {
+  last.isKnown = false;
+  previous.isKnown = false;
+  unrolled.isKnown = false;
+  contradiction.clear();
 }
 
 std::uint32_t SignDetectorC::signsOfLeap(LeapStatementC const& leap, std::int32_t countInForce) {

@@ -4,40 +4,81 @@
 #include <cstdint>
 
 #include "readers/LeapStatement.h"
+#include "replay/Agreement.h"
 
 namespace KTX::VORTIME {
 
+/// A time that a receiver states and when it arrived.
+struct ArrivedTimeC {
+  std::int64_t unixMs = 0;      ///< as stated, ms since 1970-01-01 UTC
+  std::int64_t steadyMs = 0;    ///< the PC's steady clock at the arrival
+  bool isHostKnown = false;     ///< hostUnixMs was read from the PC's calendar clock
+  std::int64_t hostUnixMs = 0;  ///< ms since 1970-01-01 UTC
+};
+
 /// Looks for signs that a receiver's time or leap second statement is wrong.
+///
+/// - time-step: more than the step limit away from where the last time led. A series of such times
+///   that are left out but agree with one another for LASTING_STEP_MS becomes the new reference.
+/// - burst: a time-step ahead that arrives at most BURST_GAP_MS after the message before, and whose
+///   time is later than that one's by more than the step limit, but at most MAX_BURST_STEP_MS:
+///   several messages waited and came at once. The last of them waited least, so that each becomes
+///   the reference, also when it is left out.
+/// - week-rollover: a multiple of 1024 weeks away from the PC's calendar clock (to 7 days), from
+///   the reference date (to 180 days), or, where neither confirms the time to the same tolerance,
+///   from where the last time without this sign led (to a day). It never becomes the reference
+///   while it is left out.
+/// - leap-count, leap-day, leap-week: see signsOfLeap().
 class SignDetectorC {
  public:
-  /// The largest step of an observation against the one before that is no sign.
-  static constexpr std::int64_t MAX_STEP_MS = 2000;
+  static constexpr std::int64_t DEFAULT_STEP_LIMIT_MS = 500;
+  static constexpr std::int64_t LASTING_STEP_MS = 10000;
+  static constexpr std::int64_t BURST_GAP_MS = 100;
+  static constexpr std::int64_t MAX_BURST_STEP_MS = 10000;
+
+  explicit SignDetectorC(std::int64_t stepLimitMs);
 
   /// A date near which the receiver's times must lie, as milliseconds since 1970-01-01.
   void setReferenceDate(std::int64_t unixMs);
 
-  /// Signs of a time that arrived at steadyMs. hasHostTime: hostUnixMs is the time that the PC's
-  /// calendar clock itself has.
-  std::uint32_t signsOfTime(std::int64_t unixMs,
-                            std::int64_t steadyMs,
-                            bool hasHostTime,
-                            std::int64_t hostUnixMs) const;
+  std::uint32_t signsOfTime(ArrivedTimeC const& time) const;
 
-  /// Tells that this time was used: the next is measured against it.
-  void useTime(std::int64_t unixMs, std::int64_t steadyMs);
+  /// Tells that this time was used: the next is measured against it. signs are its own.
+  void useTime(ArrivedTimeC const& time, std::uint32_t signs);
+
+  /// Tells that this time was left out for its signs.
+  void leaveOutTime(ArrivedTimeC const& time, std::uint32_t signs);
 
   /// Tells that the next time need not continue the last one.
-  void expectStep() { hasLast = false; }
+  void expectStep();
 
-  /// Signs of a statement when the library counts countInForce now.
+  /// Signs of a statement when the library counts countInForce now: leap-count when neither the
+  /// current nor the future count is that, leap-day when the day of the change ends no month, and
+  /// leap-week when it then ends a June or December a multiple of 256 weeks, at most 8, away.
   static std::uint32_t signsOfLeap(LeapStatementC const& leap, std::int32_t countInForce);
 
  private:
-  bool hasReference = false;
-  std::int64_t referenceUnixMs = 0;
-  bool hasLast = false;
-  std::int64_t lastUnixMs = 0;
-  std::int64_t lastSteadyMs = 0;
+  /// A time to measure others against.
+  struct ReferenceC {
+    bool isKnown = false;
+    std::int64_t unixMs = 0;
+    std::int64_t steadyMs = 0;
+
+    void set(ArrivedTimeC const& time);
+    /// The time that this one leads to when steadyMs is reached.
+    std::int64_t expectedAt(std::int64_t nowSteadyMs) const;
+  };
+
+  bool isRolledOver(ArrivedTimeC const& time) const;
+  bool isBurst(ArrivedTimeC const& time) const;
+
+  std::int64_t const stepLimit;
+  bool hasDate = false;
+  std::int64_t dateUnixMs = 0;
+  ReferenceC last;      ///< the next time must continue this one
+  ReferenceC previous;  ///< the message before, used or not
+  ReferenceC unrolled;  ///< the last time without the sign of a rollover
+  AgreementC contradiction;
 };
 
 }  // namespace KTX::VORTIME

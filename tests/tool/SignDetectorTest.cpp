@@ -1,0 +1,255 @@
+#include "replay/SignDetector.h"
+
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+#include "readers/Sign.h"
+
+namespace KTX::VORTIME::TEST {
+namespace {
+
+constexpr std::int64_t DAY_MS = 86400000;
+constexpr std::int64_t START_MS = 20000 * DAY_MS;
+constexpr std::int64_t ROLLOVER_MS = 1024 * 7 * DAY_MS;
+constexpr std::uint32_t STEP_AND_BURST = SIGN_TIME_STEP | SIGN_BURST;
+
+ArrivedTimeC timeAt(std::int64_t unixMs, std::int64_t steadyMs) {
+  return {unixMs, steadyMs, false, 0};
+}
+
+// A time that is ahead of a PC whose steady clock started with START_MS.
+ArrivedTimeC aheadBy(std::int64_t aheadMs, std::int64_t steadyMs) {
+  return timeAt(START_MS + steadyMs + aheadMs, steadyMs);
+}
+
+ArrivedTimeC besideHost(std::int64_t unixMs, std::int64_t hostUnixMs) {
+  return {unixMs, 0, true, hostUnixMs};
+}
+
+class SignDetector : public ::testing::Test {
+ protected:
+  std::uint32_t use(ArrivedTimeC const& time) {
+    std::uint32_t const signs = detector.signsOfTime(time);
+    detector.useTime(time, signs);
+    return signs;
+  }
+
+  // As with --strict.
+  std::uint32_t useWithoutSigns(ArrivedTimeC const& time) {
+    std::uint32_t const signs = detector.signsOfTime(time);
+    if (signs == SIGN_NONE) {
+      detector.useTime(time, signs);
+    } else {
+      detector.leaveOutTime(time, signs);
+    }
+    return signs;
+  }
+
+  SignDetectorC detector{SignDetectorC::DEFAULT_STEP_LIMIT_MS};
+};
+
+TEST(SignDetectorLimit, IsTheLargestStepThatIsNoSign) {
+  for (std::int64_t const limitMs : {0, 500, 2000}) {
+    for (std::int64_t const stepMs : {limitMs - 1, limitMs, limitMs + 1}) {
+      for (std::int64_t const direction : {-1, 1}) {
+        SCOPED_TRACE(stepMs * direction);
+        SignDetectorC detector(limitMs);
+        detector.useTime(aheadBy(0, 0), SIGN_NONE);
+        std::uint32_t const expected = std::llabs(stepMs) > limitMs ? SIGN_TIME_STEP : SIGN_NONE;
+        EXPECT_EQ(expected, detector.signsOfTime(aheadBy(stepMs * direction, 1000)));
+      }
+    }
+  }
+}
+
+TEST_F(SignDetector, TheFirstTimeIsNoStepAndThatOfANewInputIsNone) {
+  EXPECT_EQ(SIGN_NONE, use(aheadBy(0, 0)));
+  EXPECT_EQ(SIGN_TIME_STEP, detector.signsOfTime(aheadBy(501, 1000)));
+  detector.expectStep();
+  EXPECT_EQ(SIGN_NONE, use(aheadBy(DAY_MS, 1000)));
+  EXPECT_EQ(SIGN_NONE, use(aheadBy(DAY_MS, 2000)));
+}
+
+TEST_F(SignDetector, AStepThatIsLeftOutIsNotMeasuredAgainst) {
+  useWithoutSigns(aheadBy(0, 0));
+  EXPECT_EQ(SIGN_TIME_STEP, useWithoutSigns(aheadBy(501, 1000)));
+  EXPECT_EQ(SIGN_NONE, useWithoutSigns(aheadBy(0, 2000)));
+}
+
+TEST_F(SignDetector, ALastingStepIsBelievedAfterTenSeconds) {
+  for (std::int64_t const lastMs : {9999, 10000, 10001}) {
+    SCOPED_TRACE(lastMs);
+    detector.expectStep();
+    useWithoutSigns(aheadBy(0, 0));
+    EXPECT_EQ(SIGN_TIME_STEP, useWithoutSigns(aheadBy(-3600000, 1000)));
+    EXPECT_EQ(SIGN_TIME_STEP, useWithoutSigns(aheadBy(-3600000, 5000)));
+    EXPECT_EQ(SIGN_TIME_STEP, useWithoutSigns(aheadBy(-3600000, 1000 + lastMs)));
+    std::uint32_t const expected = lastMs >= 10000 ? SIGN_NONE : SIGN_TIME_STEP;
+    EXPECT_EQ(expected, detector.signsOfTime(aheadBy(-3600000, 12000)));
+  }
+}
+
+TEST_F(SignDetector, ASeriesThatContradictsItselfIsNotBelieved) {
+  useWithoutSigns(aheadBy(0, 0));
+  for (std::int64_t steadyMs = 1000; steadyMs <= 60000; steadyMs += 1000) {
+    SCOPED_TRACE(steadyMs);
+    std::int64_t const aheadMs = steadyMs % 2000 == 0 ? 5000 : 5501;
+    EXPECT_EQ(SIGN_TIME_STEP, useWithoutSigns(aheadBy(aheadMs, steadyMs)));
+  }
+}
+
+TEST_F(SignDetector, OneTimeThatContinuesTheLastEndsASeriesThatDoesNot) {
+  useWithoutSigns(aheadBy(0, 0));
+  for (std::int64_t steadyMs = 1000; steadyMs <= 60000; steadyMs += 1000) {
+    SCOPED_TRACE(steadyMs);
+    bool const isGood = steadyMs % 9000 == 0;
+    EXPECT_EQ(isGood ? SIGN_NONE : SIGN_TIME_STEP,
+              useWithoutSigns(aheadBy(isGood ? 0 : 5000, steadyMs)));
+  }
+}
+
+TEST_F(SignDetector, ABurstEndsWithTheTimeThatWaitedLeast) {
+  useWithoutSigns(aheadBy(-10000, 0));
+  for (std::int64_t waitedS = 9; waitedS >= 0; --waitedS) {
+    EXPECT_EQ(STEP_AND_BURST, useWithoutSigns(aheadBy(-1000 * waitedS, 10 - waitedS)));
+  }
+  EXPECT_EQ(SIGN_NONE, useWithoutSigns(aheadBy(0, 1000)));
+}
+
+TEST_F(SignDetector, ABurstIsKnownByItsGapAndItsStep) {
+  struct {
+    std::int64_t gapMs;
+    std::int64_t stepMs;
+    std::uint32_t signs;
+  } const cases[] = {
+      {100, 1000, STEP_AND_BURST}, {101, 1000, SIGN_TIME_STEP}, {0, 500, SIGN_NONE},
+      {0, 501, STEP_AND_BURST},    {0, 10000, STEP_AND_BURST},  {0, 10001, SIGN_TIME_STEP},
+      {0, -501, SIGN_TIME_STEP},   {100, 600, SIGN_NONE},       {100, 601, STEP_AND_BURST}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.gapMs);
+    SCOPED_TRACE(c.stepMs);
+    detector.expectStep();
+    use(timeAt(START_MS, 0));
+    EXPECT_EQ(c.signs, detector.signsOfTime(timeAt(START_MS + c.stepMs, c.gapMs)));
+  }
+}
+
+TEST_F(SignDetector, ATimeThatContinuesTheLastIsNoBurstAfterAWrongOne) {
+  useWithoutSigns(aheadBy(0, 0));
+  EXPECT_EQ(SIGN_TIME_STEP, useWithoutSigns(aheadBy(-5000, 1000)));
+  EXPECT_EQ(SIGN_NONE, useWithoutSigns(aheadBy(0, 1010)));
+}
+
+TEST_F(SignDetector, TellsARolloverAgainstTheHost) {
+  std::int64_t const host = 2 * ROLLOVER_MS;
+  struct {
+    std::int64_t unixMs;
+    std::uint32_t signs;
+  } const cases[] = {{host, SIGN_NONE},
+                     {host - ROLLOVER_MS, SIGN_WEEK_ROLLOVER},
+                     {host + ROLLOVER_MS, SIGN_WEEK_ROLLOVER},
+                     {host - ROLLOVER_MS - 7 * DAY_MS, SIGN_WEEK_ROLLOVER},
+                     {host - ROLLOVER_MS - 7 * DAY_MS - 1, SIGN_NONE}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.unixMs - host);
+    EXPECT_EQ(c.signs, detector.signsOfTime(besideHost(c.unixMs, host)));
+    EXPECT_EQ(SIGN_NONE, detector.signsOfTime(timeAt(c.unixMs, 0)));
+  }
+}
+
+TEST_F(SignDetector, TellsARolloverAgainstADate) {
+  detector.setReferenceDate(START_MS);
+  struct {
+    std::int64_t unixMs;
+    std::uint32_t signs;
+  } const cases[] = {{START_MS, SIGN_NONE},
+                     {START_MS - ROLLOVER_MS + 180 * DAY_MS, SIGN_WEEK_ROLLOVER},
+                     {START_MS - ROLLOVER_MS + 180 * DAY_MS + 1, SIGN_NONE}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.unixMs - START_MS);
+    EXPECT_EQ(c.signs, detector.signsOfTime(timeAt(c.unixMs, 0)));
+  }
+}
+
+TEST_F(SignDetector, EveryTimeThatIsRolledOverShowsIt) {
+  use(aheadBy(0, 0));
+  EXPECT_EQ(SIGN_WEEK_ROLLOVER | SIGN_TIME_STEP, use(aheadBy(-ROLLOVER_MS, 1000)));
+  for (std::int64_t steadyMs = 2000; steadyMs <= 60000; steadyMs += 1000) {
+    SCOPED_TRACE(steadyMs);
+    EXPECT_EQ(SIGN_WEEK_ROLLOVER, use(aheadBy(-ROLLOVER_MS, steadyMs)));
+  }
+  EXPECT_EQ(SIGN_TIME_STEP, use(aheadBy(0, 61000)));
+  EXPECT_EQ(SIGN_NONE, use(aheadBy(0, 62000)));
+}
+
+TEST_F(SignDetector, ARolloverThatIsLeftOutIsNeverBelieved) {
+  useWithoutSigns(aheadBy(0, 0));
+  for (std::int64_t steadyMs = 1000; steadyMs <= 60000; steadyMs += 1000) {
+    SCOPED_TRACE(steadyMs);
+    EXPECT_EQ(SIGN_WEEK_ROLLOVER | SIGN_TIME_STEP, useWithoutSigns(aheadBy(ROLLOVER_MS, steadyMs)));
+  }
+  EXPECT_EQ(SIGN_NONE, useWithoutSigns(aheadBy(0, 61000)));
+}
+
+TEST_F(SignDetector, ATimeThatTheHostOrTheDateConfirmsIsNotRolledOver) {
+  std::int64_t const host = START_MS + ROLLOVER_MS;
+  EXPECT_EQ(SIGN_WEEK_ROLLOVER, use(besideHost(START_MS, host)));
+  EXPECT_EQ(SIGN_TIME_STEP, use(besideHost(host, host)));
+  detector.expectStep();
+  use(timeAt(START_MS, 0));
+  detector.setReferenceDate(host);
+  EXPECT_EQ(SIGN_TIME_STEP, use(timeAt(host, 0)));
+}
+
+TEST_F(SignDetector, AHostWithAnyOtherTimeConfirmsNothing) {
+  std::int64_t const host = START_MS + 400 * DAY_MS;
+  use(besideHost(START_MS, host));
+  EXPECT_EQ(SIGN_WEEK_ROLLOVER | SIGN_TIME_STEP, use(besideHost(START_MS + ROLLOVER_MS, host)));
+}
+
+TEST(Agreement, LastsFromTheFirstToTheLastOfTimesWithinTheLimit) {
+  AgreementC agreement(500);
+  EXPECT_EQ(0, agreement.durationMs());
+  agreement.add(START_MS, 1000);
+  EXPECT_EQ(0, agreement.durationMs());
+  agreement.add(START_MS + 1000 + 300, 2000);
+  agreement.add(START_MS + 2000 - 200, 3000);
+  EXPECT_EQ(2000, agreement.durationMs());
+  // 501 ms from one of them, though nearer to the others.
+  agreement.add(START_MS + 3000 + 301, 4000);
+  EXPECT_EQ(0, agreement.durationMs());
+  agreement.add(START_MS + 4000 + 301 + 500, 5000);
+  EXPECT_EQ(1000, agreement.durationMs());
+  agreement.clear();
+  EXPECT_EQ(0, agreement.durationMs());
+  agreement.add(START_MS + 6000, 7000);
+  EXPECT_EQ(0, agreement.durationMs());
+}
+
+TEST_F(SignDetector, TellsLeapSecondsThatEndNoMonth) {
+  LeapStatementC leap;
+  leap.hasCount = true;
+  leap.hasEffectivity = true;
+  leap.current = 18;
+  leap.future = 18;
+  struct {
+    int week, day;
+    std::uint32_t signs;
+  } const cases[] = {{1929, 7, SIGN_NONE},
+                     {1929, 6, SIGN_LEAP_DAY},
+                     {1929 + 256, 7, SIGN_LEAP_DAY | SIGN_LEAP_WEEK},
+                     {137, 7, SIGN_LEAP_DAY | SIGN_LEAP_WEEK},
+                     {1573, 64, SIGN_LEAP_DAY},
+                     {1929, 0, SIGN_LEAP_DAY}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.week * 100 + c.day);
+    leap.week = c.week;
+    leap.day = c.day;
+    EXPECT_EQ(c.signs, SignDetectorC::signsOfLeap(leap, 18));
+    EXPECT_EQ(c.signs | SIGN_LEAP_COUNT, SignDetectorC::signsOfLeap(leap, 17));
+  }
+}
+
+}  // namespace
+}  // namespace KTX::VORTIME::TEST
