@@ -228,11 +228,21 @@ TEST_F(LeapSecondFile, FailsForAFileThatMayNotBeRead) {
 TEST_F(LeapSecondFile, FailsForAFileThatOpensAndCannotBeRead) {
   EXPECT_EQ(FAILED, loadLeapSecondFile(L"/proc/self/mem", false));
 }
-
-TEST_F(LeapSecondFile, GivesUpOnAFileWithoutEnd) {
-  EXPECT_EQ(FAILED, loadLeapSecondFile(L"/dev/zero", false));
-}
 #endif
+
+TEST_F(LeapSecondFile, IsReadBeyondALineOfMoreThan4Megabytes) {
+  EXPECT_EQ(RC_OK, loadText(std::string(5U << 20U, 'x') + "\n17,18,1929,7\n"));
+  EXPECT_EQ(forced, recordInForce());
+}
+
+TEST_F(LeapSecondFile, CutInTheMiddleOfADateForcesWhatIsLeft) {
+  EXPECT_EQ(RC_OK, loadText("18,19,2036,1"));
+  EXPECT_EQ((UtcLeapSecondRecord{LEAPSECOND_FORCED, 18, 19, 2036, 1, true}), recordInForce());
+  EXPECT_EQ(RC_OK, loadText("18,19,2036-1"));
+  EXPECT_EQ((UtcLeapSecondRecord{LEAPSECOND_FORCED, 18, 19, 2036, 1, true}), recordInForce());
+  EXPECT_EQ(RC_OK, loadText("18,19,2036,1,1\n"));
+  EXPECT_EQ((UtcLeapSecondRecord{LEAPSECOND_FORCED, 18, 19, 2921, 2, true}), recordInForce());
+}
 
 TEST_F(LeapSecondFile, IsReadWhileAnotherWritesIt) {
   auto const path = folder.path() / "leap.txt";
@@ -297,13 +307,34 @@ TEST(LeapSecondStream, TakesAUsableLineAfterLinesOfAMegabyte) {
   EXPECT_TRUE(readLeapSecondStream(stream, record));
 }
 
-TEST(LeapSecondStream, GivesUpOnALineOfMoreThan4Megabytes) {
+TEST(LeapSecondStream, PassesOverALineOfMoreThan4MegabytesAsOneThatIsNotUsable) {
   std::string const blanks(4U << 20U, ' ');
+  struct {
+    std::string text;
+    bool isRead;
+  } const cases[] = {{blanks.substr(12) + "17,18,1929,7\n", true},
+                     {blanks.substr(11) + "17,18,1929,7\n", false},
+                     {blanks + "\n17,18,1929,7\n", true},
+                     {blanks + " \n17,18,1929,7\n", true},
+                     {blanks + blanks + blanks + "\n17,18,1929,7", true},
+                     {"17,18,1929,7" + blanks, false},
+                     {"16,16,1929,7" + blanks + "\n17,18,1929,7", true},
+                     {times(98, "\n") + blanks + blanks + "\n17,18,1929,7\n", true},
+                     {times(99, "\n") + blanks + blanks + "\n17,18,1929,7\n", false}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(::testing::Message() << c.text.size() << " bytes");
+    UtcLeapSecondRecord record = defaultLeapSecondRecord();
+    std::istringstream stream(c.text);
+    EXPECT_EQ(c.isRead, readLeapSecondStream(stream, record));
+    EXPECT_EQ(c.isRead ? 17 : 18, record.current);
+  }
+}
+
+TEST(LeapSecondStream, FailsAtAReadFailureWithinALineOfMoreThan4Megabytes) {
+  FailingBufferC buffer(std::string((4U << 20U) + 5, ' '));
+  std::istream stream(&buffer);
   UtcLeapSecondRecord record = defaultLeapSecondRecord();
-  std::istringstream longest(blanks + "\n17,18,1929,7\n");
-  EXPECT_TRUE(readLeapSecondStream(longest, record));
-  std::istringstream tooLong(blanks + " \n17,18,1929,7\n");
-  EXPECT_FALSE(readLeapSecondStream(tooLong, record));
+  EXPECT_FALSE(readLeapSecondStream(stream, record));
 }
 
 }  // namespace

@@ -1,16 +1,18 @@
 #include "leapseconds/KTX_TIM_LeapSecondFile.h"
 
+#include <array>
 #include <cstddef>
 #include <exception>
-#include <fstream>
+#include <limits>
+#include <streambuf>
 
 #include <boost/filesystem/detail/utf8_codecvt_facet.hpp>
-#include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/path.hpp>
 
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
 #include "leapseconds/KTX_TIM_LeapSecondLine.h"
+#include "support/KTX_TIM_RegularFile.h"
 
 namespace KTX::TIM {
 namespace {
@@ -20,35 +22,62 @@ constexpr std::size_t MAX_LINE_BYTES = std::size_t{4} << 20U;
 
 enum class LineE { USABLE, UNUSABLE, NONE };
 
-/// NONE at the end, after a read failure, and for a line beyond the limit.
+/// What a stream reads a file through. A failure to read is thrown, which makes the stream bad.
+class FileBufferC final : public std::streambuf {
+ public:
+  explicit FileBufferC(RegularFileC const& openFile) : file(openFile) {}
+
+ protected:
+  int_type underflow() override {
+    std::int64_t const count = file.read(bytes.data(), bytes.size());
+    if (count < 0) {
+      throw std::ios_base::failure("read failure");
+    }
+    setg(bytes.data(), bytes.data(), bytes.data() + count);
+    return count == 0 ? traits_type::eof() : traits_type::to_int_type(bytes.front());
+  }
+
+ private:
+  RegularFileC const& file;
+  std::array<char, 8192> bytes{};
+};
+
+/// NONE at the end and after a read failure.
 LineE readLine(std::istream& stream, UtcLeapSecondRecord& record) {
   LeapSecondLineC line;
   std::size_t length = 0;
   char character = 0;
-  while (stream.get(character) && character != '\n') {
+  while (length <= MAX_LINE_BYTES && stream.get(character) && character != '\n') {
     line.add(character);
     ++length;
-    if (length > MAX_LINE_BYTES) {
-      return LineE::NONE;
-    }
+  }
+  bool const isTooLong = length > MAX_LINE_BYTES;
+  if (isTooLong) {
+    stream.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
   }
   if (stream.bad() || (length == 0 && stream.eof())) {
     return LineE::NONE;
   }
-  return line.finish(record) ? LineE::USABLE : LineE::UNUSABLE;
+  return !isTooLong && line.finish(record) ? LineE::USABLE : LineE::UNUSABLE;
 }
 
-bool readFile(std::wstring const& path, UtcLeapSecondRecord& record) {
-#if defined(_WIN32) && defined(__GLIBCXX__)
-  // The date library's own stream would go through the ANSI code page here.
-  std::ifstream stream(boost::filesystem::path(path).c_str());
-#elif defined(_WIN32)
-  boost::filesystem::ifstream stream(boost::filesystem::path(path));
+boost::filesystem::path nativePath(std::wstring const& path) {
+#if defined(_WIN32)
+  return path;
 #else
   // File names are UTF-8 in every locale, also in the C locale of a system service.
   boost::filesystem::detail::utf8_codecvt_facet const utf8(1);
-  boost::filesystem::ifstream stream(boost::filesystem::path(path, utf8));
+  return {path, utf8};
 #endif
+}
+
+bool readFile(std::wstring const& path, UtcLeapSecondRecord& record) {
+  RegularFileC const file(nativePath(path));
+  if (!file.isOpen()) {
+    return false;
+  }
+  FileBufferC buffer(file);
+  std::istream stream(&buffer);
   return readLeapSecondStream(stream, record);
 }
 

@@ -9,12 +9,12 @@
 namespace KTX::TIM {
 
 /// Reads the first usable line of a leap second file as a forced record. False, and record
-/// unchanged, when the file cannot be opened or read, is empty, or has no usable line among its
-/// first 100. It takes no lock.
+/// unchanged, when the file cannot be opened or read, is not a regular one, is empty, or has no
+/// usable line among its first 100. It takes no lock and waits for nobody.
 bool readLeapSecondFile(std::wstring const& path, UtcLeapSecondRecord& record);
 
 /// As readLeapSecondFile(), from an open stream. A fixed amount of memory serves lines of any
-/// length; a line without an end for 4 MiB ends the reading.
+/// length; one of more than 4 MiB is not usable.
 bool readLeapSecondStream(std::istream& stream, UtcLeapSecondRecord& record);
 
 }  // namespace KTX::TIM

@@ -50,10 +50,11 @@ KTX_TIM_API std::uint32_t setUtcLeapSecond(std::int16_t count);
 KTX_TIM_API std::uint32_t resetSatelliteLeapSecond(UtcLeapSecondRecord const* record = nullptr);
 
 /// Reads a leap second file and sets the value of its first usable line as a forced one.
-/// RC_FAILED when the file cannot be opened or read, is empty, or has no usable line among its
-/// first 100; else the result of the setter. The state stays as it was on failure. A line without
-/// its line end counts as well, so a file that was cut off inside "18,19,2036,12" and ends in
-/// "18,19,2036,1" sets another day: check the file's end first where that can happen.
+/// RC_FAILED when the file cannot be opened or read, is not a regular file, is empty, or has no
+/// usable line among its first 100 (one of more than 4 MiB is not usable); else the result of the
+/// setter. The state stays as it was on failure. A line without its line end counts as well, so a
+/// file that was cut off inside "18,19,2036,12" and ends in "18,19,2036,1" sets another day: check
+/// the file's end first where that can happen.
 KTX_TIM_API std::uint32_t loadLeapSecondFile(std::wstring const& path, bool makeCurrent);
 
 /// The statement in force; record.current is the count to use at time. Always 0.
