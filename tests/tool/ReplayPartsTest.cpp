@@ -5,10 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "KTX/TIM/KTX_TIM_Gps.h"
-#include "output/TextFormat.h"
 #include "replay/LeapHistory.h"
 #include "replay/SimulatedPc.h"
-#include "system/FileName.h"
 
 namespace KTX::VORTIME::TEST {
 namespace {
@@ -178,29 +176,6 @@ TEST(LeapHistory, ChangesAtTheRightSecondInBothDirections) {
       EXPECT_EQ(utc, time);
     }
   }
-}
-
-TEST(TextFormat, QuotesAnyBytesForJson) {
-  std::string text;
-  appendQuoted(text, "a\"\\\x01\xC3\xA4\xFF\xE2\x82");
-  EXPECT_EQ("\"a\\\"\\\\\\u0001\xC3\xA4\\ufffd\\ufffd\\ufffd\"", text);
-}
-
-TEST(TextFormat, WritesTheExtremesOfIntegers) {
-  std::string text;
-  appendSigned(text, INT64_MIN);
-  text += ' ';
-  appendUnsigned(text, UINT64_MAX);
-  text += ' ';
-  appendUnsigned(text, 7, 3);
-  EXPECT_EQ("-9223372036854775808 18446744073709551615 007", text);
-}
-
-TEST(FileName, GoesToWideCharactersAndBack) {
-  for (std::string const name : {"plain", "\xC3\xA4", "\xE4\xBD\xA0", "\xF0\x9F\x98\x80"}) {
-    EXPECT_EQ(name, narrowText(wideFileName(name)));
-  }
-  EXPECT_EQ("\xEF\xBF\xBD", narrowText(wideFileName("\xFF")));
 }
 
 }  // namespace

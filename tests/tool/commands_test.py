@@ -63,6 +63,65 @@ class Log(unittest.TestCase):
         self.assertIn(" Time 6 New leap second invalid!", self.load_what_the_library_refuses(KTX_LOG="*=6"))
 
 
+class Suggestions(unittest.TestCase):
+    def test_what_a_mistyped_word_was_meant_to_be(self):
+        for line, text in (("repaly a.log", "unknown command repaly; did you mean replay?"),
+                           ("zone reslove X", "unknown command reslove; did you mean resolve?"),
+                           ("leap laod --json x", "unknown command laod; did you mean load?"),
+                           ("replay --trcae x a.log", "unknown option --trcae; did you mean --trace?"),
+                           ("replay --trcae=x a.log", "unknown option --trcae; did you mean --trace?"),
+                           ("watch --set-clok -", "unknown option --set-clok; did you mean --set-clock?"),
+                           ("leap show --jsno", "unknown option --jsno; did you mean --json?"),
+                           ("--verison", "unknown option --verison; did you mean --version?"),
+                           ("--json now", "the option --json must stand behind its command"),
+                           ("bogus", "unknown command bogus"),
+                           ("now --bogus", "unknown option --bogus"),
+                           ("now -x", "unknown option -x"),
+                           ("now today", "unexpected argument today"),
+                           ("", "A subcommand is required")):
+            with self.subTest(line=line):
+                result = run(*line.split())
+                self.assertEqual((2, "", f"vortime: {text}\nRun with --help for more information.\n"),
+                                 (result.returncode, result.stdout, result.stderr))
+
+    def test_every_command_and_option(self):
+        """Two letters that changed places, in each name that is long enough to be told."""
+        commands = ("replay", "watch", "now", "convert", "leap", "leap check", "leap load", "zone", "zone current",
+                    "zone show", "zone map", "zone resolve")
+        for command in commands:
+            *outer, name = command.split()
+            swapped = name[:-2] + name[-1] + name[-2]
+            with self.subTest(command=command):
+                self.assertIn(f"did you mean {name}?", run(*outer, swapped).stderr)
+            for option in sorted(set(re.findall(r"--([a-z][a-z-]+)", run(*command.split(), "--help").stdout))):
+                with self.subTest(command=command, option=option):
+                    swapped = option[:-2] + option[-1] + option[-2]
+                    if option[-1] != option[-2]:
+                        self.assertIn(f"did you mean --{option}?", run(*command.split(), "--" + swapped).stderr)
+
+
+CONTROLS = re.compile("[\x00-\x09\x0b-\x1f\x7f-\x9f]")
+
+
+class ControlCharacters(unittest.TestCase):
+    """Names and values from outside get into no output as control characters, which a terminal would obey."""
+    EVIL = "x\x1b[2J\x07\x7f\x9b0m\ny"
+    SHOWN = r"x\u001b[2J\u0007\u007f\u009b0m\u000ay"
+
+    def test_arguments(self):
+        for arguments in ((self.EVIL,), ("now", self.EVIL), ("now", "--" + self.EVIL), ("replay", self.EVIL),
+                          ("replay", "--noise", self.EVIL, "x"), ("replay", "--date", self.EVIL, "x"),
+                          ("replay", "--leap-file", self.EVIL, SAMPLES / "isync.log"), ("watch", self.EVIL),
+                          ("watch", "gpsd://" + self.EVIL), ("convert", self.EVIL), ("convert", "--to", self.EVIL, "1"),
+                          ("leap", "check", self.EVIL), ("leap", "load", self.EVIL), ("leap", self.EVIL),
+                          ("zone", "show", self.EVIL), ("zone", "map", self.EVIL)):
+            with self.subTest(arguments=arguments):
+                result = run(*arguments)
+                self.assertNotEqual(0, result.returncode)
+                self.assertIn(self.SHOWN, result.stderr)
+                self.assertNotRegex(result.stdout + result.stderr, CONTROLS)
+
+
 class Documents(unittest.TestCase):
     FOLDER = tool_runner.ROOT / "Source" / "Tools" / "vortime"
 

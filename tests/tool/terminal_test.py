@@ -7,6 +7,7 @@ import os
 import pathlib
 import pty
 import select
+import shutil
 import signal
 import socket
 import struct
@@ -276,6 +277,22 @@ class Failures(unittest.TestCase):
             self.assertEqual(5, result.returncode)
             self.assertIn("is it installed?", result.stderr)
             self.assertTrue(pathlib.Path(folder, "p.tsv").is_file())
+
+
+class ControlCharacters(unittest.TestCase):
+    def test_the_name_of_a_file_gets_into_no_output_as_such(self):
+        evil = "x\x1b[2J\x07\x7f\x9b0m\ny"
+        with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
+            shutil.copy(SAMPLES / "isync.log", pathlib.Path(folder, evil))
+            for arguments in (("replay",), ("replay", "--json"), ("watch",), ("leap", "check"), ("leap", "load"),
+                              ("replay", "-q", "--plot", evil + ".png")):
+                with self.subTest(arguments=arguments):
+                    result = run(*arguments, evil, cwd=folder)
+                    if "--json" in arguments:
+                        self.assertEqual(evil, json_lines(result.stdout)[0]["input"])
+                    else:
+                        self.assertIn(r"x\u001b[2J\u0007\u007f\u009b0m\u000ay", result.stdout)
+                    self.assertNotRegex(result.stdout + result.stderr, "[\x00-\x09\x0b-\x1f\x7f-\x9f]")
 
 
 class SetClock(unittest.TestCase):

@@ -11,6 +11,7 @@
 #include "commands/LeapCommand.h"
 #include "commands/NowCommand.h"
 #include "commands/ReplayCommand.h"
+#include "commands/UsageError.h"
 #include "commands/WatchCommand.h"
 #include "commands/ZoneCommand.h"
 #include "readers/CivilTime.h"
@@ -233,12 +234,14 @@ CommandLineC readCommandLine(std::vector<std::string> arguments) {
   try {
     app.parse(arguments);
   } catch (CLI::ParseError const& error) {
-    std::ostringstream out;
-    std::ostringstream err;
-    bool const isAnswer = app.exit(error, out, err) == 0;
-    result.exitCode = isAnswer ? EXIT_DONE : EXIT_BAD_USAGE;
-    result.helpText = out.str();
-    result.errorText = err.str();
+    if (error.get_exit_code() == 0) {
+      std::ostringstream answer;
+      app.exit(error, answer);
+      result.helpText = answer.str();
+    } else {
+      result.exitCode = EXIT_BAD_USAGE;
+      result.errorText = usageErrorText(app, error);
+    }
     return result;
   }
   // Inner commands stand before the outer ones.

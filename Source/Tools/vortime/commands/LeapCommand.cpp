@@ -18,6 +18,7 @@
 #include "system/FileName.h"
 #include "system/InputFile.h"
 #include "system/StandardStreams.h"
+#include "system/VisibleText.h"
 
 namespace KTX::VORTIME {
 namespace {
@@ -160,7 +161,7 @@ ExitCodeE loadFile(std::string const& path, bool makeCurrent, bool isJson, int r
                .str() +
            '\n';
   } else {
-    text = path + ": " + resultText(code) + "\nbefore       " + recordText(before) +
+    text = visible(path) + ": " + resultText(code) + "\nbefore       " + recordText(before) +
            "\nafter        " + recordText(after) + '\n';
   }
   return writeResults(text, resultDescriptor, code == TIM::RC_OK ? EXIT_DONE : EXIT_NOTHING_FOUND);

@@ -13,6 +13,7 @@
 #include "output/JsonLine.h"
 #include "output/RecordText.h"
 #include "system/FileName.h"
+#include "system/VisibleText.h"
 
 namespace KTX::VORTIME {
 namespace {
@@ -49,8 +50,9 @@ ExitCodeE runNow(bool isJson, int resultDescriptor) {
     text = "GPS          week " + std::to_string(now.getWeek()) + ", " +
            std::to_string(now.getMsOfWeek()) + " ms\nGPS          " +
            isoText(now, TIM::TIMEBASE_GPS) + "\nUTC          " + isoText(now, TIM::TIMEBASE_UTC) +
-           "\nlocal        " + isoText(now, TIM::TIMEBASE_LOCAL) + "  " + narrowText(zone) +
-           "\nMJD (UTC)    " + std::to_string(mjd) + "\nleap second  " + recordText(record);
+           "\nlocal        " + isoText(now, TIM::TIMEBASE_LOCAL) + "  " +
+           visible(narrowText(zone)) + "\nMJD (UTC)    " + std::to_string(mjd) + "\nleap second  " +
+           recordText(record);
   }
   return writeResults(text + '\n', resultDescriptor);
 }

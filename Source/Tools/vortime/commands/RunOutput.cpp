@@ -4,6 +4,7 @@
 #include "output/JsonReport.h"
 #include "output/TextReport.h"
 #include "system/StandardStreams.h"
+#include "system/VisibleText.h"
 
 namespace KTX::VORTIME {
 
@@ -74,7 +75,7 @@ ExitCodeE RunOutputC::drawPlot() {
   }
   if (!options.isJson) {
     for (std::string const& picture : plot->picturePaths()) {
-      out.write("plot             " + picture + '\n');
+      out.write("plot             " + visible(picture) + '\n');
     }
   }
   return EXIT_DONE;

@@ -9,11 +9,12 @@
 #include "output/TextFormat.h"
 #include "system/FileName.h"
 #include "system/StandardStreams.h"
+#include "system/VisibleText.h"
 
 namespace KTX::VORTIME {
 namespace {
 
-constexpr std::size_t NAME_WIDTH = 34;
+constexpr std::size_t NAME_WIDTH = 35;
 
 ExitCodeE fail(std::string const& text) {
   printError(text);
@@ -42,8 +43,8 @@ ExitCodeE runZoneList(bool isJson, int resultDescriptor) {
                   .text("iana", ianaOf(name))
                   .str();
     } else {
-      appendLeft(text, narrowText(name), NAME_WIDTH);
-      text += ' ' + narrowText(display);
+      appendLeft(text, visible(narrowText(name)), NAME_WIDTH);
+      appendVisible(text, narrowText(display));
     }
     text += '\n';
   }
@@ -65,8 +66,9 @@ ExitCodeE runZoneCurrent(bool isJson, int resultDescriptor) {
                                             .number("utc_offset_minutes", offset)
                                             .str() +
                                         '\n'
-                                  : "name         " + narrowText(name) + "\nIANA         " +
-                                        ianaOf(name) + "\noffset text  " + offsetText +
+                                  : "name         " + visible(narrowText(name)) +
+                                        "\nIANA         " + visible(ianaOf(name)) +
+                                        "\noffset text  " + visible(offsetText) +
                                         "\nUTC offset   " + std::to_string(offset) + " min\n";
   return writeResults(text, resultDescriptor);
 }
@@ -87,9 +89,10 @@ ExitCodeE runZoneShow(std::string const& name, bool isJson, int resultDescriptor
                                             .number("bias_minutes", bias)
                                             .str() +
                                         '\n'
-                                  : "name         " + name + "\ndisplay      " +
-                                        narrowText(display) + "\nIANA         " + ianaOf(wide) +
-                                        "\nbias         " + std::to_string(bias) + " min\n";
+                                  : "name         " + visible(name) + "\ndisplay      " +
+                                        visible(narrowText(display)) + "\nIANA         " +
+                                        visible(ianaOf(wide)) + "\nbias         " +
+                                        std::to_string(bias) + " min\n";
   return writeResults(text, resultDescriptor);
 }
 
@@ -104,7 +107,7 @@ ExitCodeE runZoneMap(std::string const& name, bool isJson, int resultDescriptor)
   std::string const iana = isIana ? name : narrowText(mapped);
   std::string const text =
       isJson ? JsonLineC().text("windows", windows).text("iana", iana).str() + '\n'
-             : narrowText(mapped) + '\n';
+             : visible(narrowText(mapped)) + '\n';
   return writeResults(text, resultDescriptor);
 }
 
@@ -119,7 +122,7 @@ ExitCodeE runZoneResolve(std::string const& name,
   }
   std::string const text =
       isJson ? JsonLineC().text("name", name).text("resolved", narrowText(resolved)).str() + '\n'
-             : narrowText(resolved) + '\n';
+             : visible(narrowText(resolved)) + '\n';
   return writeResults(text, resultDescriptor);
 }
 

@@ -141,7 +141,8 @@ void JsonReportC::appendMessage(MessageReportC const& message) {
   appendCount(text, "line", event.line);
   appendCount(text, "offset", event.offset);
   appendWord(text, "format", FORMATS[event.format]);
-  appendWord(text, "message", event.message);
+  appendName(text, "message");
+  appendQuoted(text, event.message);
   if (event.rawCount != 0) {
     appendName(text, "raw");
     char separator = '{';

@@ -1,41 +1,24 @@
 #include "output/TextFormat.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
+
+#include "system/Utf8.h"
+#include "system/VisibleText.h"
 
 namespace KTX::VORTIME {
 namespace {
 
 constexpr std::size_t MAX_DIGITS = 20;
 constexpr std::size_t MAX_DOUBLE = 400;
+constexpr std::size_t COLUMN_GAP = 2;
+constexpr std::uint32_t REPLACEMENT = 0xFFFD;
 
 void appendTwo(std::string& text, unsigned value) {
   text += static_cast<char>('0' + value / 10 % 10);
   text += static_cast<char>('0' + value % 10);
-}
-
-bool isContinuation(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
-}
-
-// The length of the UTF-8 character that text begins with; 0 where it is none.
-std::size_t characterLength(std::string_view text) {
-  auto const first = static_cast<unsigned char>(text.front());
-  std::size_t const length = first < 0x80U                     ? 1
-                             : first >= 0xC2U && first < 0xE0U ? 2
-                             : first >= 0xE0U && first < 0xF0U ? 3
-                             : first >= 0xF0U && first < 0xF5U ? 4
-                                                               : 0;
-  if (length > text.size()) {
-    return 0;
-  }
-  for (std::size_t i = 1; i < length; ++i) {
-    if (!isContinuation(text[i])) {
-      return 0;
-    }
-  }
-  return length;
 }
 
 }  // namespace
@@ -70,11 +53,14 @@ void appendRight(std::string& text, std::string_view value, std::size_t width) {
   text += value;
 }
 
+void appendColumn(std::string& text, std::string_view value, std::size_t width) {
+  text.append(COLUMN_GAP, ' ');
+  appendRight(text, value, width - COLUMN_GAP);
+}
+
 void appendLeft(std::string& text, std::string_view value, std::size_t width) {
   text += value;
-  if (value.size() < width) {
-    text.append(width - value.size(), ' ');
-  }
+  text.append(value.size() < width ? width - value.size() : 1, ' ');
 }
 
 void appendShortest(std::string& text, double value) {
@@ -83,7 +69,8 @@ void appendShortest(std::string& text, double value) {
     return;
   }
   std::array<char, MAX_DOUBLE> digits;
-  auto const result = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+  auto const result =
+      std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed);
   text.append(digits.data(), result.ptr);
 }
 
@@ -111,24 +98,17 @@ void appendCalendar(std::string& text, TIM::YmdhmsC const& calendar) {
 }
 
 void appendQuoted(std::string& text, std::string_view value) {
-  static constexpr char HEX[] = "0123456789abcdef";
   text += '"';
   while (!value.empty()) {
-    char const c = value.front();
-    std::size_t const length = characterLength(value);
-    if (c == '"' || c == '\\') {
-      text += '\\';
-      text += c;
-    } else if (length == 0) {
-      text += "\\ufffd";
-    } else if (length == 1 && static_cast<unsigned char>(c) < 0x20U) {
-      text += "\\u00";
-      text += HEX[static_cast<unsigned char>(c) >> 4U];
-      text += HEX[static_cast<unsigned char>(c) & 0xFU];
+    std::uint32_t character = REPLACEMENT;
+    std::size_t const length = readUtf8(value, character);
+    if (length == 0 || isControl(character)) {
+      appendNumbered(text, character);
     } else {
+      text += character == '"' || character == '\\' ? "\\" : "";
       text += value.substr(0, length);
     }
-    value.remove_prefix(length == 0 ? 1 : length);
+    value.remove_prefix(std::max<std::size_t>(length, 1));
   }
   text += '"';
 }

@@ -5,6 +5,7 @@
 #include "output/SummaryText.h"
 #include "output/TextFormat.h"
 #include "replay/TimeConversion.h"
+#include "system/VisibleText.h"
 
 namespace KTX::VORTIME {
 namespace {
@@ -28,7 +29,7 @@ TextReportC::~TextReportC() = default;
 void TextReportC::onInput(std::string const& name) {
   signsWarnedOf = SIGN_NONE;
   hasLastLeap = false;
-  out.buffer() += name;
+  appendVisible(out.buffer(), name);
   out.buffer() += '\n';
   if (!quiet) {
     out.buffer() +=
@@ -63,10 +64,10 @@ void TextReportC::appendTime(MessageReportC const& message) {
   TIM::GpsC const gps = message.observation->gps(*leapSeconds);
   std::string number;
   appendUnsigned(number, gps.getWeek());
-  appendRight(text, number, 7);
+  appendColumn(text, number, 7);
   number.clear();
   appendUnsigned(number, gps.getMsOfWeek());
-  appendRight(text, number, 12);
+  appendColumn(text, number, 12);
   text += "  ";
   appendFixed(text, message.observation->utcDayNumber(), 9);
 }
@@ -112,7 +113,7 @@ void TextReportC::onObservation(MessageReportC const& message,
   appendTime(message);
   std::string number;
   appendSigned(number, step.differenceMs);
-  appendRight(out.buffer(), number, 11);
+  appendColumn(out.buffer(), number, 11);
   appendSigns(message.signs);
   out.buffer() += '\n';
   endLine();
@@ -144,10 +145,10 @@ void TextReportC::onCorrection(CorrectionReportC const& correction) {
   text += "Z";
   std::string number;
   appendUnsigned(number, correction.week);
-  appendRight(text, number, 7);
+  appendColumn(text, number, 7);
   number.clear();
   appendUnsigned(number, correction.msOfWeek);
-  appendRight(text, number, 12);
+  appendColumn(text, number, 12);
   text += "  changed by ";
   appendSigned(text, correction.changeMs);
   text += " ms\n";

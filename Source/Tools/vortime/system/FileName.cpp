@@ -1,38 +1,16 @@
 #include "system/FileName.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
+
+#include "system/Utf8.h"
 
 namespace KTX::VORTIME {
 namespace {
 
 constexpr std::uint32_t REPLACEMENT = 0xFFFD;
-
-// Reads the character at position at and moves it behind.
-std::uint32_t nextCharacter(std::string const& text, std::size_t& at) {
-  auto const first = static_cast<unsigned char>(text[at++]);
-  if (first < 0x80U) {
-    return first;
-  }
-  std::size_t const more = first >= 0xF0U ? 3 : first >= 0xE0U ? 2 : 1;
-  if (first < 0xC2U || first > 0xF4U || at + more > text.size()) {
-    return REPLACEMENT;
-  }
-  std::uint32_t value = first & (0x3FU >> more);
-  for (std::size_t i = 0; i < more; ++i) {
-    auto const next = static_cast<unsigned char>(text[at + i]);
-    if ((next & 0xC0U) != 0x80U) {
-      return REPLACEMENT;
-    }
-    value = value << 6U | (next & 0x3FU);
-  }
-  std::uint32_t const least = more == 3 ? 0x10000U : more == 2 ? 0x800U : 0x80U;
-  if (value < least || value > 0x10FFFFU || (value >= 0xD800U && value < 0xE000U)) {
-    return REPLACEMENT;
-  }
-  at += more;
-  return value;
-}
 
 void appendCharacter(std::string& text, std::uint32_t value) {
   auto const append = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
@@ -57,8 +35,9 @@ void appendCharacter(std::string& text, std::uint32_t value) {
 
 std::wstring wideFileName(std::string const& name) {
   std::wstring wide;
-  for (std::size_t at = 0; at < name.size();) {
-    std::uint32_t const value = nextCharacter(name, at);
+  for (std::string_view rest = name; !rest.empty();) {
+    std::uint32_t value = REPLACEMENT;
+    rest.remove_prefix(std::max<std::size_t>(readUtf8(rest, value), 1));
     if (sizeof(wchar_t) == 2 && value >= 0x10000U) {
       wide += static_cast<wchar_t>(0xD800U + ((value - 0x10000U) >> 10U));
       wide += static_cast<wchar_t>(0xDC00U + (value & 0x3FFU));

@@ -10,6 +10,8 @@
 #include <unistd.h>
 #endif
 
+#include "system/VisibleText.h"
+
 namespace KTX::VORTIME {
 namespace {
 
@@ -54,7 +56,7 @@ bool isTerminal(int descriptor) {
 
 void printError(std::string_view text) {
   std::string line = "vortime: ";
-  line += text;
+  appendVisible(line, text);
   line += '\n';
   std::fputs(line.c_str(), stderr);
 }

@@ -17,7 +17,7 @@ bool isTerminal(int descriptor);
 
 constexpr int STANDARD_ERROR = 2;
 
-/// Writes "vortime: TEXT" and a line end to standard error.
+/// Writes "vortime: TEXT" and a line end to standard error, the text as appendVisible() shows it.
 void printError(std::string_view text);
 
 }  // namespace KTX::VORTIME

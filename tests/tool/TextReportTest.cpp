@@ -1,0 +1,86 @@
+#include "output/TextReport.h"
+
+#include <limits>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "output/JsonReport.h"
+#include "replay/Observation.h"
+
+namespace KTX::VORTIME::TEST {
+namespace {
+
+TimeEventC eventAt(std::string_view message) {
+  TimeEventC event;
+  event.message = message;
+  event.timeForm = TIMEFORM_UTC;
+  event.utc = {2017, 1, 1, 0, 0, 0, 0};
+  return event;
+}
+
+class TextReport : public ::testing::Test {
+ protected:
+  // The line of an observation without its line end.
+  std::string observationLine(TimeEventC const& event, std::int64_t differenceMs) {
+    out.buffer().clear();
+    ObservationC const observation(event);
+    EstimateStepC step;
+    step.differenceMs = differenceMs;
+    report.onObservation(MessageReportC{event, SIGN_NONE, &observation}, 10, step);
+    std::string line = out.buffer();
+    EXPECT_EQ('\n', line.back());
+    line.pop_back();
+    return line;
+  }
+
+  OutputFileC out;
+  TextReportC report{out, false, false};
+};
+
+TEST_F(TextReport, SeparatesTheColumnsOfWideValues) {
+  TimeEventC event = eventAt("NAV-TIMEUTC+");
+  event.format = FORMAT_UBX;
+  event.offset = std::numeric_limits<std::uint64_t>::max();
+  event.utc = {3235, 12, 31, 23, 59, 59, 999000000};
+  for (std::int64_t const differenceMs :
+       {std::int64_t{0}, std::int64_t{-12345678}, std::int64_t{-123456789},
+        std::int64_t{1234567890}, std::numeric_limits<std::int64_t>::min()}) {
+    std::istringstream columns(observationLine(event, differenceMs));
+    std::string place, message, utc, week, ms, mjd, change, more;
+    columns >> place >> message >> utc >> week >> ms >> mjd >> change;
+    EXPECT_EQ("@18446744073709551615", place);
+    EXPECT_EQ("NAV-TIMEUTC+", message);
+    EXPECT_EQ("3235-12-31T23:59:59.999Z", utc);
+    EXPECT_EQ("65534", week);
+    EXPECT_EQ("172817999", ms);
+    EXPECT_EQ(std::to_string(differenceMs), change);
+    EXPECT_FALSE(columns >> more);
+  }
+}
+
+TEST_F(TextReport, SeparatesALongMessageNameFromItsTime) {
+  EXPECT_NE(std::string::npos, observationLine(eventAt("PGM / RUN BY / DATE"), 0)
+                                   .find("  PGM / RUN BY / DATE 2017-01-01T00:00:00.000Z  "));
+}
+
+TEST_F(TextReport, ShowsTheNameOfAnInputWithoutControlCharacters) {
+  report.onInput(
+      "log\x1B[2J\n\xC2\x9B"
+      "0m\x80.txt");
+  std::string const shown = out.buffer();
+  EXPECT_EQ("log\\u001b[2J\\u000a\\u009b0m\\x80.txt", shown.substr(0, shown.find('\n')));
+}
+
+TEST(JsonReport, QuotesTheNameOfAMessage) {
+  OutputFileC out;
+  JsonReportC report(out, false, false);
+  TimeEventC event = eventAt("G\"\\MC");
+  event.timeForm = TIMEFORM_NONE;
+  report.onInput("a");
+  report.onRefusal(MessageReportC{event, SIGN_NONE, nullptr}, REFUSAL_BAD_CHECKSUM);
+  EXPECT_NE(std::string::npos, out.buffer().find(R"("message":"G\"\\MC")")) << out.buffer();
+}
+
+}  // namespace
+}  // namespace KTX::VORTIME::TEST
