@@ -117,6 +117,28 @@ TEST_F(SignDetector, ABurstEndsWithTheTimeThatWaitedLeast) {
   EXPECT_EQ(SIGN_NONE, useWithoutSigns(aheadBy(0, 1000)));
 }
 
+TEST_F(SignDetector, TheMessageAfterABurstMayBeAhead) {
+  struct {
+    std::int64_t aheadMs;
+    std::uint32_t signs;
+  } const cases[] = {{-501, SIGN_TIME_STEP},
+                     {-500, SIGN_NONE},
+                     {999, SIGN_NONE},
+                     {10000, SIGN_NONE},
+                     {10001, SIGN_TIME_STEP}};
+  for (auto const& c : cases) {
+    for (bool const isStrict : {false, true}) {
+      SCOPED_TRACE(c.aheadMs);
+      detector.expectStep();
+      use(aheadBy(-2000, 0));
+      ArrivedTimeC const waited = aheadBy(-1000, 10);
+      EXPECT_EQ(STEP_AND_BURST, isStrict ? useWithoutSigns(waited) : use(waited));
+      EXPECT_EQ(c.signs, use(aheadBy(c.aheadMs - 1000, 1000)));
+      EXPECT_EQ(SIGN_TIME_STEP, use(aheadBy(c.aheadMs - 1000 + 501, 2000)));
+    }
+  }
+}
+
 TEST_F(SignDetector, ABurstIsKnownByItsGapAndItsStep) {
   struct {
     std::int64_t gapMs;

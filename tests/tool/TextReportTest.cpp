@@ -72,6 +72,56 @@ TEST_F(TextReport, ShowsTheNameOfAnInputWithoutControlCharacters) {
   EXPECT_EQ("log\\u001b[2J\\u000a\\u009b0m\\x80.txt", shown.substr(0, shown.find('\n')));
 }
 
+ClockStepC clockStep(ClockOutcomeE outcome, bool isFirst) {
+  return {outcome, isFirst, -5, ObservationC(eventAt("RMC")).utc()};
+}
+
+TEST_F(TextReport, TellsWhatBecameOfThePcsClock) {
+  struct {
+    ClockOutcomeE outcome;
+    char const* line;
+  } const cases[] = {
+      {CLOCK_SET, "          clock set    2017-01-01T00:00:00.000Z  changed by -5 ms\n"},
+      {CLOCK_REFUSED,
+       "          clock kept   2017-01-01T00:00:00.000Z was refused by the system: it takes the "
+       "right to set the time, as root has\n"},
+      {CLOCK_STEP_TOO_LARGE,
+       "          clock kept   2017-01-01T00:00:00.000Z is -5 ms away: more than --max-step\n"}};
+  for (auto const& c : cases) {
+    out.buffer().clear();
+    report.onClock(clockStep(c.outcome, false));
+    EXPECT_EQ(c.line, out.buffer());
+  }
+}
+
+TEST_F(TextReport, TellsTheHoursWithoutACorrection) {
+  report.onOldMapping(90000000);
+  EXPECT_EQ(
+      "          warning      no correction for 25 hours: the present rests on the PC's steady "
+      "clock "
+      "(reported once)\n",
+      out.buffer());
+}
+
+TEST(JsonReport, TellsWhatBecameOfThePcsClock) {
+  struct {
+    ClockOutcomeE outcome;
+    bool isFirst;
+    char const* fields;
+  } const cases[] = {{CLOCK_SET, true, R"("clock_set":true,"first":true,)"},
+                     {CLOCK_REFUSED, true, R"("clock_set":false,"reason":"refused","first":true,)"},
+                     {CLOCK_STEP_TOO_LARGE, false,
+                      R"("clock_set":false,"reason":"step-too-large","first":false,)"}};
+  for (auto const& c : cases) {
+    OutputFileC out;
+    JsonReportC report(out, false, false);
+    report.onClock(clockStep(c.outcome, c.isFirst));
+    EXPECT_EQ(std::string(R"({"type":"clock",)") + c.fields +
+                  R"("step_ms":-5,"clock_utc":"2017-01-01T00:00:00.000Z"})" + "\n",
+              out.buffer());
+  }
+}
+
 TEST(JsonReport, QuotesTheNameOfAMessage) {
   OutputFileC out;
   JsonReportC report(out, false, false);

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Uses the tool at a terminal and with outputs that fail."""
 import ctypes
+import datetime
 import errno
 import fcntl
 import os
@@ -16,10 +17,11 @@ import tempfile
 import termios
 import threading
 import time
+import tty
 import unittest
 
 import tool_runner
-from tool_runner import COMMAND, SAMPLES, json_lines, run
+from tool_runner import COMMAND, SAMPLES, json_lines, run, sentence
 
 CAP_SYS_TIME = 25
 PR_CAPBSET_DROP = 24
@@ -58,10 +60,38 @@ class TerminalC:
             self.text += data.decode()
         return self.text
 
+    def read_for(self, seconds):
+        """Reads what comes within that time."""
+        deadline = time.monotonic() + seconds
+        while select.select([self.master], [], [], max(0, deadline - time.monotonic()))[0]:
+            self.text += os.read(self.master, 65536).decode()
+
     def finish(self):
         self.read()
         os.close(self.master)
         return self.process.wait(NO_NEW_TIME)
+
+
+class ReceiverC:
+    """A receiver on a serial line of its own that the tool watches."""
+
+    def __init__(self, *arguments):
+        self.master, self.slave = pty.openpty()
+        tty.setraw(self.slave)
+        self.terminal = TerminalC(*arguments, os.ttyname(self.slave))
+
+    def send_time(self):
+        now = datetime.datetime.now(datetime.timezone.utc)
+        body = f"GPZDA,{now:%H%M%S}.{now.microsecond // 10000:02},{now:%d,%m,%Y},00,00"
+        os.write(self.master, sentence(body).encode())
+
+    def interrupt(self):
+        """Ends the tool with Ctrl-C; its exit status."""
+        self.terminal.process.send_signal(signal.SIGINT)
+        status = self.terminal.finish()
+        os.close(self.master)
+        os.close(self.slave)
+        return status
 
 
 class Progress(unittest.TestCase):
@@ -297,14 +327,39 @@ class ControlCharacters(unittest.TestCase):
 
 class SetClock(unittest.TestCase):
     def test_a_refusal_is_told(self):
-        for options in ((), ("--json",)):
+        """Receivers of the true time, on the real clocks, until the tool has tried to set the PC's."""
+        runs = [ReceiverC("watch", "--set-clock", "-q"), ReceiverC("watch", "--set-clock", "-q", "--json")]
+        deadline = time.monotonic() + 3 * NO_NEW_TIME
+        while not all("clock" in run.terminal.text for run in runs):
+            self.assertLess(time.monotonic(), deadline, [run.terminal.text for run in runs])
+            for run in runs:
+                run.send_time()
+                run.terminal.read_for(0.1)
+        for run in runs:
+            self.assertEqual(0, run.interrupt())
+        self.assertIn("clock kept   2", runs[0].terminal.text)
+        self.assertIn("the right to set the time", runs[0].terminal.text)
+        clocks = [o for o in json_lines(runs[1].terminal.text) if o["type"] == "clock"]
+        self.assertEqual((False, "refused", True), tuple(clocks[0][name] for name in ("clock_set", "reason", "first")))
+
+    def watch(self, *options):
+        log = "".join(f"$GPZDA,1200{second:02}.00,01,02,2024,00,00\n" for second in range(2))
+        result = run("watch", "-q", "--json", *options, "-", input=log, preexec_fn=give_up_the_clock)
+        return json_lines(result.stdout)[-1]
+
+    def test_warning_signs_count_unless_trusted(self):
+        for options, used in (((), 2), (("--strict",), 0), (("--set-clock",), 0), (("--set-clock", "--strict"), 0),
+                              (("--set-clock", "--trust"), 2)):
             with self.subTest(options=options):
-                result = run("watch", "--set-clock", "-q", *options, "-", input=(SAMPLES / "isync.log").read_text(),
-                             preexec_fn=give_up_the_clock)
-                self.assertEqual(1, result.returncode)
-                self.assertIn('"clock_set":false' if options else "clock kept   2016-02-03T13:15:", result.stdout)
-                if not options:
-                    self.assertIn("the right to set the time", result.stdout)
+                self.assertEqual(used, self.watch(*options)["used"])
+
+    def test_wrong_usage(self):
+        for options in (("--trust",), ("--max-step", "5"), ("--set-clock", "--trust", "--strict"),
+                        ("--set-clock", "--max-step", "0"), ("--set-clock", "--max-step", "1000000001"),
+                        ("--step-limit", "-1")):
+            with self.subTest(options=options):
+                result = run("watch", *options, "-")
+                self.assertEqual((2, ""), (result.returncode, result.stdout))
 
     def test_without_the_option_the_clock_is_left_alone(self):
         result = run("watch", "-q", "-", input=(SAMPLES / "isync.log").read_text(), preexec_fn=give_up_the_clock)

@@ -11,7 +11,7 @@ _vortime() {
   else
     case $command in
       replay) words="$run --pc-offset --pc-drift --jitter --seed --leap-file --leap-library --progress --no-progress" ;;
-      watch) words="$run --baud --set-clock gpsd://" ;;
+      watch) words="$run --baud --set-clock --trust --max-step gpsd://" ;;
       now) words="--json --help" ;;
       convert) words="--from --to --json --help" ;;
       leap) words="show check load --json --help" ;;

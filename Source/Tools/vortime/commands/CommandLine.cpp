@@ -140,6 +140,24 @@ RunT addConvert(CLI::App& parent) {
   return [options](int results) { return runConvert(*options, results); };
 }
 
+void addClock(CLI::App& app, WatchCommandOptionsC& options) {
+  CLI::Option* const setClock = app.add_flag(
+      "--set-clock", options.setsClock,
+      "Set the PC's clock when the observations have agreed for 10 s, and then on each released "
+      "correction; implies --strict");
+  app.add_flag("--trust", options.isTrusting,
+               "With --set-clock: use messages with a warning sign too")
+      ->needs(setClock)
+      ->excludes(app.get_option("--strict"));
+  app.add_option(
+         "--max-step", options.maxStepS,
+         "With --set-clock: the largest step of the PC's clock, in s, once it was set; 1000 "
+         "without this option")
+      ->needs(setClock)
+      ->type_name("S")
+      ->check(CLI::Range(std::int64_t{1}, std::int64_t{1000000000}));
+}
+
 RunT addWatch(CLI::App& parent) {
   auto options = std::make_shared<WatchCommandOptionsC>();
   CLI::App& app =
@@ -150,9 +168,8 @@ RunT addWatch(CLI::App& parent) {
   app.add_option("--baud", options->baud, "Speed of a serial device, else as it is set")
       ->type_name("N")
       ->check(CLI::Range(300, 4000000));
-  app.add_flag("--set-clock", options->engine.setsClock,
-               "Set the PC's clock on each released correction");
   addEngine(app, options->engine);
+  addClock(app, *options);
   addRunOutput(app, options->output);
   return [options](int results) { return runWatch(*options, results); };
 }

@@ -70,7 +70,13 @@ ExitCodeE runWatch(WatchCommandOptionsC const& options, int resultDescriptor) {
   LivePcC pc;
   ReplayOptionsC engineOptions = options.engine;
   engineOptions.usesLeapHistory = false;
+  // A message that shows a warning sign must not set a clock unless the user asks for it.
+  engineOptions.isStrict = engineOptions.isStrict || (options.setsClock && !options.isTrusting);
   ReplayEngineC engine(pc, engineOptions, output.report(), output.estimates());
+  ClockSetterC clockSetter(pc, options.maxStepS * 1000);
+  if (options.setsClock) {
+    engine.setClockSetter(clockSetter);
+  }
   output.setLeapSeconds(engine.leapSeconds());
   ReadCountsC counts;
   StreamReaderC reader(engine, counts);

@@ -1,9 +1,11 @@
 #ifndef KTX_VORTIME_WATCHCOMMAND_H
 #define KTX_VORTIME_WATCHCOMMAND_H
 
+#include <cstdint>
 #include <string>
 
 #include "commands/ReplayCommand.h"
+#include "replay/ClockSetter.h"
 #include "replay/ReplayEngine.h"
 #include "system/ExitCode.h"
 
@@ -12,6 +14,9 @@ namespace KTX::VORTIME {
 struct WatchCommandOptionsC {
   std::string source;
   int baud = 0;  ///< 0: as the device is set
+  bool setsClock = false;
+  bool isTrusting = false;  ///< with setsClock: uses messages with a warning sign too
+  std::int64_t maxStepS = ClockSetterC::DEFAULT_MAX_STEP_MS / 1000;  ///< of the PC's clock
   ReplayOptionsC engine;
   RunOutputOptionsC output;
 };

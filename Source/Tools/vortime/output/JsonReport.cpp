@@ -213,11 +213,21 @@ void JsonReportC::onCorrection(CorrectionReportC const& correction) {
   appendCount(text, "week", correction.week);
   appendCount(text, "ms", correction.msOfWeek);
   appendUtc(text, "utc", utcOfGps(TIM::GpsC(correction.week, correction.msOfWeek)));
-  if (correction.hasTriedClock) {
-    appendName(text, "clock_set");
-    text += correction.isClockSet ? "true" : "false";
-    appendUtc(text, "clock_utc", correction.clockUtc);
+  end();
+}
+
+void JsonReportC::onClock(ClockStepC const& clock) {
+  begin("clock");
+  std::string& text = out.buffer();
+  appendName(text, "clock_set");
+  text += clock.outcome == CLOCK_SET ? "true" : "false";
+  if (clock.outcome != CLOCK_SET) {
+    appendWord(text, "reason", clock.outcome == CLOCK_REFUSED ? "refused" : "step-too-large");
   }
+  appendName(text, "first");
+  text += clock.isFirst ? "true" : "false";
+  appendNumber(text, "step_ms", clock.stepMs);
+  appendUtc(text, "clock_utc", clock.utc);
   end();
 }
 

@@ -152,13 +152,28 @@ void TextReportC::onCorrection(CorrectionReportC const& correction) {
   text += "  changed by ";
   appendSigned(text, correction.changeMs);
   text += " ms\n";
-  if (correction.hasTriedClock) {
-    text += INDENT;
-    text += correction.isClockSet ? "clock set    " : "clock kept   ";
-    appendCalendar(text, correction.clockUtc);
-    text += correction.isClockSet
-                ? "Z\n"
-                : "Z was refused by the system: it takes the right to set the time, as root has\n";
+  endLine();
+}
+
+void TextReportC::onClock(ClockStepC const& clock) {
+  std::string& text = out.buffer();
+  text += INDENT;
+  text += clock.outcome == CLOCK_SET ? "clock set    " : "clock kept   ";
+  appendCalendar(text, clock.utc);
+  switch (clock.outcome) {
+    case CLOCK_SET:
+      text += "Z  changed by ";
+      appendSigned(text, clock.stepMs);
+      text += " ms\n";
+      break;
+    case CLOCK_REFUSED:
+      text += "Z was refused by the system: it takes the right to set the time, as root has\n";
+      break;
+    case CLOCK_STEP_TOO_LARGE:
+      text += "Z is ";
+      appendSigned(text, clock.stepMs);
+      text += " ms away: more than --max-step\n";
+      break;
   }
   endLine();
 }

@@ -25,6 +25,7 @@ class TextReportC : public ReplayReportI {
                      EstimateStepC const& step) override;
   void onRefusal(MessageReportC const& message, RefusalE refusal) override;
   void onCorrection(CorrectionReportC const& correction) override;
+  void onClock(ClockStepC const& clock) override;
   void onLeapStatement(MessageReportC const& message, LeapReportC const& leap) override;
   void onLeapChange(TIM::UtcLeapSecondRecord const& previous,
                     TIM::UtcLeapSecondRecord const& current) override;

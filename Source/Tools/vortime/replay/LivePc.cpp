@@ -16,4 +16,8 @@ std::optional<PcReadingC> LivePcC::arrive(ArrivalC const& /*arrival*/) {
   return reading;
 }
 
+bool LivePcC::set(TIM::YmdhmsC const& utc) {
+  return utc.applyToCurrentSystemTime();
+}
+
 }  // namespace KTX::VORTIME

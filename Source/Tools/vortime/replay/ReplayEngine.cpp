@@ -107,10 +107,10 @@ ReplayEngineC::ReplayEngineC(HostPcI& hostPc,
         correction.week = static_cast<std::uint16_t>(week);
         correction.msOfWeek = static_cast<std::uint32_t>(millisecondsOfWeek);
         correction.changeMs = change.count();
-        if (options.setsClock) {
-          setClock(correction);
-        }
         corrections.push_back(correction);
+        if (clockSetter != nullptr) {
+          clockSetter->onCorrection();
+        }
       });
   leapConnection = TIM::connectUtcLeapSecondChanged(
       [this](boost::shared_ptr<TIM::UtcLeapSecondChanged> const& change) {
@@ -181,8 +181,7 @@ void ReplayEngineC::onTime(TimeEventC const& event) {
   }
   countSigns(message.signs);
   if (options.isStrict && message.signs != SIGN_NONE) {
-    detector.leaveOutTime(time, message.signs);
-    refuse(message, REFUSAL_STRICT);
+    leaveOut(message, time);
     return;
   }
   if (!hasClocks) {
@@ -190,6 +189,14 @@ void ReplayEngineC::onTime(TimeEventC const& event) {
     handPendingLeap();
   }
   useObservation(message, reading);
+}
+
+void ReplayEngineC::leaveOut(MessageReportC const& message, ArrivedTimeC const& time) {
+  detector.leaveOutTime(time, message.signs);
+  if (clockSetter != nullptr && (message.signs & (SIGN_TIME_STEP | SIGN_WEEK_ROLLOVER)) != 0) {
+    clockSetter->onContradiction();
+  }
+  refuse(message, REFUSAL_STRICT);
 }
 
 void ReplayEngineC::onLeap(TimeEventC const& event) {
@@ -273,14 +280,28 @@ void ReplayEngineC::useObservation(MessageReportC const& message, PcReadingC con
   EstimateStepC const& step =
       mirror.observe(observation.observedDayNumber(), reading.steadyMs, noiseMs);
   observation.makeToCurrentTime(noiseMs);
-  detector.useTime(arrivedTime(observation, reading), message.signs);
+  ArrivedTimeC const time = arrivedTime(observation, reading);
+  // Before any report: writing one takes time, and the present is that of the arrival.
+  std::optional<ClockStepC> const clock = stepClock(time, reading);
+  detector.useTime(time, message.signs);
   ++runCounts.used;
   report.onObservation(message, noiseMs, step);
   if (estimates != nullptr) {
     estimates->onEstimate(step);
   }
   reportCorrections();
+  if (clock) {
+    report.onClock(*clock);
+  }
   reportOldMapping();
+}
+
+std::optional<ClockStepC> ReplayEngineC::stepClock(ArrivedTimeC const& time,
+                                                   PcReadingC const& reading) {
+  if (clockSetter == nullptr) {
+    return std::nullopt;
+  }
+  return clockSetter->onObservation(time.unixMs, reading);
 }
 
 void ReplayEngineC::offerLeap(MessageReportC const& message) {
@@ -350,15 +371,6 @@ void ReplayEngineC::handPendingLeap() {
     pendingLeap.reset();
     onLeap(event);
   }
-}
-
-void ReplayEngineC::setClock(CorrectionReportC& correction) {
-  TIM::YmdhmsC present = TIM::YmdhmsC::zero(TIM::TIMEBASE_UTC, 1);
-  present.setToCurrentTime();
-  present.toUtc();
-  correction.hasTriedClock = true;
-  correction.isClockSet = present.applyToCurrentSystemTime();
-  correction.clockUtc = present;
 }
 
 void ReplayEngineC::refuse(MessageReportC const& message, RefusalE refusal) {

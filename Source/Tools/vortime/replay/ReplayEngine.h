@@ -12,6 +12,7 @@
 #include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "readers/TimeEvent.h"
+#include "replay/ClockSetter.h"
 #include "replay/EstimateMirror.h"
 #include "replay/HeldClock.h"
 #include "replay/HostPc.h"
@@ -27,7 +28,6 @@ struct ReplayOptionsC {
   std::optional<std::int64_t> noiseMs;  ///< for all observations, whatever accuracy they state
   bool isStrict = false;                ///< leave out messages with a sign
   std::int64_t stepLimitMs = SignDetectorC::DEFAULT_STEP_LIMIT_MS;  ///< above it: a time-step
-  bool setsClock = false;                       ///< set the PC's clock on each correction
   bool usesLeapHistory = true;                  ///< begin with the leap second of the first date
   std::optional<std::int64_t> referenceUnixMs;  ///< about when the log was recorded
 };
@@ -53,6 +53,9 @@ class ReplayEngineC : public TimeEventSinkI {
   ReplayEngineC(ReplayEngineC const&) = delete;
   ReplayEngineC& operator=(ReplayEngineC const&) = delete;
 
+  /// Lets the observations set the PC's clock. setter must outlive the engine.
+  void setClockSetter(ClockSetterC& setter) { clockSetter = &setter; }
+
   /// Tells that the events of another input follow.
   void beginInput(std::string const& name);
   void onEvent(TimeEventC const& event) override;
@@ -73,7 +76,8 @@ class ReplayEngineC : public TimeEventSinkI {
   void useObservation(MessageReportC const& message, PcReadingC const& reading);
   void offerLeap(MessageReportC const& message);
   void setLeapSecond(LeapReportC& leapReport);
-  static void setClock(CorrectionReportC& correction);
+  void leaveOut(MessageReportC const& message, ArrivedTimeC const& time);
+  std::optional<ClockStepC> stepClock(ArrivedTimeC const& time, PcReadingC const& reading);
   void refuseLeap(MessageReportC const& message, LeapReportC& leapReport, RefusalE refusal);
   void refuse(MessageReportC const& message, RefusalE refusal);
   void countSigns(std::uint32_t signs);
@@ -90,6 +94,7 @@ class ReplayEngineC : public TimeEventSinkI {
   boost::shared_ptr<HeldClockC> const steadyClock;
   LeapHistoryC history;
   SignDetectorC detector;
+  ClockSetterC* clockSetter = nullptr;
   EstimateMirrorC mirror;
   ReplayCountsC runCounts;
   std::vector<std::string> inputs;

@@ -9,6 +9,7 @@
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "readers/ReadCounts.h"
 #include "readers/TimeEvent.h"
+#include "replay/ClockStep.h"
 #include "replay/EstimateStep.h"
 #include "replay/Observation.h"
 #include "replay/ReplayCounts.h"
@@ -27,9 +28,6 @@ struct CorrectionReportC {
   std::uint16_t week = 0;
   std::uint32_t msOfWeek = 0;
   std::int64_t changeMs = 0;
-  bool hasTriedClock = false;  ///< the PC's clock was to be set
-  bool isClockSet = false;     ///< and the system accepted it
-  TIM::YmdhmsC clockUtc = TIM::YmdhmsC::zero(TIM::TIMEBASE_UTC, 1);
 };
 
 /// What became of a leap second statement.
@@ -73,6 +71,8 @@ class ReplayReportI {
                              EstimateStepC const& step) = 0;
   virtual void onRefusal(MessageReportC const& message, RefusalE refusal) = 0;
   virtual void onCorrection(CorrectionReportC const& correction) = 0;
+  /// The PC's clock was to be set.
+  virtual void onClock(ClockStepC const& clock) = 0;
   virtual void onLeapStatement(MessageReportC const& message, LeapReportC const& leap) = 0;
   virtual void onLeapChange(TIM::UtcLeapSecondRecord const& previous,
                             TIM::UtcLeapSecondRecord const& current) = 0;

@@ -72,11 +72,14 @@ std::uint32_t SignDetectorC::signsOfTime(ArrivedTimeC const& time) const {
   if (isRolledOver(time)) {
     signs |= SIGN_WEEK_ROLLOVER;
   }
-  if (last.isKnown && std::llabs(time.unixMs - last.expectedAt(time.steadyMs)) > stepLimit) {
+  std::int64_t const aheadMs = time.unixMs - last.expectedAt(time.steadyMs);
+  if (!last.isKnown || std::llabs(aheadMs) <= stepLimit) {
+    return signs;
+  }
+  if (isBurst(time)) {
+    signs |= SIGN_TIME_STEP | SIGN_BURST;
+  } else if (!hasLastWaited || aheadMs < 0 || aheadMs > MAX_BURST_STEP_MS) {
     signs |= SIGN_TIME_STEP;
-    if (isBurst(time)) {
-      signs |= SIGN_BURST;
-    }
   }
   return signs;
 }
@@ -105,6 +108,7 @@ bool SignDetectorC::isBurst(ArrivedTimeC const& time) const {
 
 void SignDetectorC::useTime(ArrivedTimeC const& time, std::uint32_t signs) {
   last.set(time);
+  hasLastWaited = (signs & SIGN_BURST) != 0;
   previous.set(time);
   contradiction.clear();
   if ((signs & SIGN_WEEK_ROLLOVER) == 0) {
@@ -120,12 +124,14 @@ void SignDetectorC::leaveOutTime(ArrivedTimeC const& time, std::uint32_t signs) 
   contradiction.add(time.unixMs, time.steadyMs);
   if ((signs & SIGN_BURST) != 0 || contradiction.durationMs() >= LASTING_STEP_MS) {
     last.set(time);
+    hasLastWaited = (signs & SIGN_BURST) != 0;
     contradiction.clear();
   }
 }
 
 void SignDetectorC::expectStep() {
   last.isKnown = false;
+  hasLastWaited = false;
   previous.isKnown = false;
   unrolled.isKnown = false;
   contradiction.clear();

@@ -23,7 +23,8 @@ struct ArrivedTimeC {
 /// - burst: a time-step ahead that arrives at most BURST_GAP_MS after the message before, and whose
 ///   time is later than that one's by more than the step limit, but at most MAX_BURST_STEP_MS:
 ///   several messages waited and came at once. The last of them waited least, so that each becomes
-///   the reference, also when it is left out.
+///   the reference, also when it is left out; it waited too, so that the message after a burst may
+///   be ahead by MAX_BURST_STEP_MS.
 /// - week-rollover: a multiple of 1024 weeks away from the PC's calendar clock (to 7 days), from
 ///   the reference date (to 180 days), or, where neither confirms the time to the same tolerance,
 ///   from where the last time without this sign led (to a day). It never becomes the reference
@@ -75,7 +76,8 @@ class SignDetectorC {
   std::int64_t const stepLimit;
   bool hasDate = false;
   std::int64_t dateUnixMs = 0;
-  ReferenceC last;      ///< the next time must continue this one
+  ReferenceC last;  ///< the next time must continue this one
+  bool hasLastWaited = false;
   ReferenceC previous;  ///< the message before, used or not
   ReferenceC unrolled;  ///< the last time without the sign of a rollover
   AgreementC contradiction;
