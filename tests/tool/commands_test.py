@@ -172,13 +172,92 @@ class Convert(unittest.TestCase):
         self.assertEqual("1981-11-17T13:46:40.000Z", self.convert("--from", "unix", "--to", "iso", "374852800"))
         self.assertEqual("1930:0", self.convert("--from", "iso:gps", "--to", "week", "2017-01-01T00:00:00"))
 
-    def test_what_is_no_time_is_named(self):
-        for value in ("", "x", "1979-12-31T00:00:00Z", "2017-02-30T00:00:00Z", "65536:0", "1:604800000", "nan", "-5",
-                      "44243", "1:2:3", "2017-01-01T00:00:00+01:00", "99999999999999999999"):
+    BEFORE = "it lies before 1980-01-06T00:00:00, where week 0 begins"
+    BEYOND = "it lies after the end of week 65535, the last one"
+
+    def refused(self, value, reason, *options, **run_options):
+        result = run("convert", *options, "--", value, **run_options)
+        self.assertEqual((1, "invalid\n", f"vortime: cannot convert {value}: {reason}\n"),
+                         (result.returncode, result.stdout, result.stderr))
+
+    def test_what_is_no_time_is_refused_with_the_reason(self):
+        for value, reason in (
+                ("", "not a time"), ("x", "not a time"), ("nan", "not a time"), ("1930:18000.5", "not a time"),
+                ("1930:", "not a time"), (":5", "not a time"), ("2017-01-01T00:00:00Zx", "not a time"),
+                ("1483228800.x", "not a time"), ("1:2:3", "a time of day needs its date in front"),
+                ("23:59:60Z", "a time of day needs its date in front"),
+                ("2017-01-01", "a date needs its time of day behind it"),
+                ("2016-12-31T23:59:60Z", "second 60, a leap second, cannot be converted"),
+                ("2016-12-31T23:59:61Z", "no such time of day"), ("2016-12-31T23:60:00Z", "no such time of day"),
+                ("2016-12-31T24:00:00Z", "no such time of day"), ("2017-02-29T00:00:00Z", "no such date"),
+                ("2017-13-01T00:00:00Z", "no such date"), ("2017-00-01T00:00:00Z", "no such date"),
+                ("2017-01-01T00:00:00+01:00", "offsets from UTC are not read, only Z is"),
+                ("65536:0", "weeks are 0 to 65535"), ("99999999999999999999:0", "weeks are 0 to 65535"),
+                ("1:604800000", "milliseconds of a week are 0 to 604799999"),
+                ("1979-12-31T23:59:59Z", self.BEFORE), ("1980-01-05T23:59:59.999Z", self.BEFORE),
+                ("0000-01-01T00:00:00Z", self.BEFORE), ("315964799.999", self.BEFORE), ("-315964800", self.BEFORE),
+                ("44243", self.BEFORE), ("-5", self.BEFORE), ("-1e999", self.BEFORE),
+                ("3236-01-13T00:00:00Z", self.BEYOND), ("9999-12-31T23:59:59Z", self.BEYOND), ("999999", self.BEYOND),
+                ("99999999999999999999", self.BEYOND), ("1e999", self.BEYOND),
+                ("0x0:0x0", "no such date"), ("0x4A21:0xC000", "no such time of day"),
+                ("0x14A21:0", "not two numbers of 16 bits with a colon between")):
             with self.subTest(value=value):
-                result = run("convert", "--to", "iso", "--", value)
-                self.assertEqual((1, "invalid"), (result.returncode, result.stdout.strip()))
-                self.assertIn("not a time", result.stderr)
+                self.refused(value, reason, "--to", "iso:gps")
+
+    def test_z_goes_with_utc_alone(self):
+        for base in ("gps", "local"):
+            with self.subTest(base=base):
+                self.refused("2017-01-01T00:00:00Z", "Z marks UTC, and another time base was asked for",
+                             "--from", "iso:" + base)
+
+    def test_both_ends_of_the_weeks(self):
+        """The first 18 s of GPS time lie before week 0 in UTC, the last 18 s of UTC after week 65535 in GPS time."""
+        for value, to, expected in (("0:0", "iso:gps", "1980-01-06T00:00:00.000"), ("0:17999", "week", "0:17999"),
+                                    ("0:18000", "iso", "1980-01-06T00:00:00.000Z"),
+                                    ("0:18001", "week:utc", "0:1"), ("1980-01-06T00:00:00Z", "gps", "0:18000"),
+                                    ("65535:604799999", "iso", "3236-01-12T23:59:41.999Z"),
+                                    ("3236-01-12T23:59:41.999Z", "gps", "65535:604799999"),
+                                    ("3236-01-12T23:59:59.999Z", "iso", "3236-01-12T23:59:59.999Z")):
+            with self.subTest(value=value, to=to):
+                self.assertEqual(expected, self.convert("--to", to, value))
+        for value in ("0:0", "0:1", "0:17999"):
+            for to in ((), ("--to", "iso"), ("--to", "week:utc"), ("--to", "mjd"), ("--to", "unix")):
+                with self.subTest(value=value, to=to):
+                    self.refused(value, "in UTC " + self.BEFORE, *to)
+        for value in ("3236-01-12T23:59:42.000Z", "3236-01-12T23:59:59.999Z"):
+            for to in ((), ("--to", "gps"), ("--to", "iso:gps")):
+                with self.subTest(value=value, to=to):
+                    self.refused(value, "in GPS time " + self.BEYOND, *to)
+        self.assertEqual([{"input": "0:17999", "error": "in UTC " + self.BEFORE}],
+                         json_lines(run("convert", "--json", "0:17999").stdout))
+
+    def test_fat_ends_with_2107(self):
+        utc = dict(os.environ, TZ="UTC")
+        self.assertEqual("0xFF9F:0xBF7D", self.convert("--to", "fat", "2107-12-31T23:59:59.999Z", env=utc))
+        for value in ("2108-01-01T00:00:00Z", "3000-01-01T00:00:00Z", "65535:604799999"):
+            with self.subTest(value=value):
+                self.refused(value, "FAT ends with the year 2107", "--to", "fat", env=utc)
+                result = run("convert", value, env=utc)
+                self.assertEqual((0, ""), (result.returncode, result.stderr))
+                self.assertIn("\nFAT (local)  none: FAT ends with the year 2107\nleap seconds 18\n", result.stdout)
+                self.assertIsNone(json_lines(run("convert", "--json", value, env=utc).stdout)[0]["fat"])
+
+    def test_day_numbers_are_written_out(self):
+        for value in ("100000", "200000", "60000"):
+            self.assertEqual(value, self.convert("--from", "mjd", "--to", "mjd", value))
+
+    def test_a_line_without_an_end_is_refused_once(self):
+        """And the lines behind it are read. 4096 bytes are the longest line."""
+        too_long = "the line has more than 4096 bytes"
+        for length, reason in ((4095, "not a time"), (4096, "not a time"), (4097, too_long), (300_000, too_long),
+                               (1_000_000, too_long)):
+            for end in ("", "\n", "\r\n" if length < 4096 else "\n"):
+                with self.subTest(length=length, end=end):
+                    result = run("convert", input="1930:18000\n" + "x" * length + end + ("1930:18001\n" if end else ""))
+                    self.assertEqual((1, f"vortime: cannot convert {'x' * 80}{'...' if reason != too_long else ''}: {reason}\n"),
+                                     (result.returncode, result.stderr))
+                    self.assertEqual(["2017-01-01T00:00:00.000Z", "invalid"] + ["2017-01-01T00:00:00.001Z"] * bool(end),
+                                     result.stdout.splitlines())
 
     def test_a_file_of_values(self):
         values = "".join(f"{1900 + i}:{i * 1000}\r\n" for i in range(3000))
@@ -195,9 +274,17 @@ class Convert(unittest.TestCase):
 
     def test_json(self):
         values = json_lines(run("convert", "--json", "1930:18000", "bad").stdout)
-        self.assertEqual((1930, 18000, "2017-01-01T00:00:00.000Z", 57754, 18),
-                         tuple(values[0][k] for k in ("week", "ms", "utc", "mjd", "leap_seconds")))
+        self.assertEqual((1930, 18000, "2017-01-01T00:00:00.000Z", 57754, 1483228800, 18),
+                         tuple(values[0][k] for k in ("week", "ms", "utc", "mjd", "unix", "leap_seconds")))
         self.assertEqual({"input": "bad", "error": "not a time"}, values[1])
+
+    def test_numbers_are_numbers_in_json(self):
+        for to, number in (("unix", 1483228800), ("mjd", 57754), ("mjd:gps", 57754.00020833333), ("week", "1930:18000"),
+                           ("iso", "2017-01-01T00:00:00.000Z")):
+            with self.subTest(to=to):
+                self.assertEqual([{"input": "1930:18000", "output": number}],
+                                 json_lines(run("convert", "--json", "--to", to, "1930:18000").stdout))
+        self.assertIn('"output":1483228800.250}', run("convert", "--json", "--to", "unix", "1483228800.25").stdout)
 
     def test_a_date_with_another_leap_second_is_noted(self):
         self.assertIn("another leap second count", run("convert", "2014-08-01T00:00:00Z").stderr)

@@ -259,6 +259,35 @@ class Failures(unittest.TestCase):
             self.assertEqual(23, trace.read_text().count("STT-D:"))
             self.assertNotIn("vortime:", trace.read_text())
 
+    def test_an_endless_line_takes_no_memory(self):
+        with subprocess.Popen(COMMAND + ["convert"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE) as process:
+            chunk = b"1" * (1 << 20)
+            for _ in range(256):
+                process.stdin.write(chunk)
+            process.stdin.write(b"\n1930:18000\n")
+            process.stdin.close()
+            self.assertEqual(b"invalid\n2017-01-01T00:00:00.000Z\n", process.stdout.read())
+            self.assertIn(b"the line has more than 4096 bytes", process.stderr.read())
+            _, status, usage = os.wait4(process.pid, 0)
+            process.returncode = os.waitstatus_to_exitcode(status)
+        self.assertEqual(1, process.returncode)
+        self.assertLess(usage.ru_maxrss, 200 * 1024)
+
+    def test_a_time_beyond_the_weeks_in_local_time(self):
+        for zone, value in (("America/New_York", "0:18000"), ("Asia/Tokyo", "65535:604799999")):
+            with self.subTest(zone=zone):
+                environment = dict(os.environ, TZ=zone)
+                edge = "before 1980" if value[0] == "0" else "after the end of week 65535"
+                shown = run("convert", value, env=environment).stdout
+                self.assertRegex(shown, f"local        none: in local time it lies {edge}")
+                self.assertRegex(shown, f"FAT .local.  none: in local time it lies {edge}")
+                whole = json_lines(run("convert", "--json", value, env=environment).stdout)[0]
+                self.assertEqual((None, None), (whole["local"], whole["fat"]))
+                result = run("convert", "--to", "local", value, env=environment)
+                self.assertEqual((1, "invalid\n"), (result.returncode, result.stdout))
+                self.assertIn(f"in local time it lies {edge}", result.stderr)
+
     def test_closed_standard_input(self):
         for command in ("replay", "convert"):
             with self.subTest(command=command):

@@ -13,15 +13,30 @@
 #include "output/JsonLine.h"
 #include "output/RecordText.h"
 #include "system/FileName.h"
+#include "system/StandardStreams.h"
 #include "system/VisibleText.h"
 
 namespace KTX::VORTIME {
 namespace {
 
-std::string isoText(TIM::GpsTimeC const& time, TIM::TimeBaseE base) {
-  std::string text;
-  appendTime(text, time, TimeFormSpecC{TIMEFORMAT_ISO, base});
-  return text;
+// The present in the three time bases.
+struct PresentTextsC {
+  std::string gps;
+  std::string utc;
+  std::string local;
+  double mjd = 0;  // in UTC
+};
+
+bool readPresent(TIM::GpsTimeC const& now, PresentTextsC& texts, std::string& reason) {
+  TIM::GpsTimeC utc;
+  if (!appendTime(texts.gps, now, TimeFormSpecC{TIMEFORMAT_ISO, TIM::TIMEBASE_GPS}, reason) ||
+      !appendTime(texts.utc, now, TimeFormSpecC{TIMEFORMAT_ISO, TIM::TIMEBASE_UTC}, reason) ||
+      !appendTime(texts.local, now, TimeFormSpecC{TIMEFORMAT_ISO, TIM::TIMEBASE_LOCAL}, reason) ||
+      !inBase(now, TIM::TIMEBASE_UTC, utc, reason)) {
+    return false;
+  }
+  texts.mjd = TIM::MjdTimeC(utc).getDayNumber();
+  return true;
 }
 
 }  // namespace
@@ -32,27 +47,31 @@ ExitCodeE runNow(bool isJson, int resultDescriptor) {
   TIM::getUtcLeapSecondAt(now, record);
   std::wstring zone;
   TIM::getTimeZoneInstance().getTimeZone(zone);
-  double const mjd = TIM::MjdTimeC(inBase(now, TIM::TIMEBASE_UTC)).getDayNumber();
+  PresentTextsC present;
+  std::string reason;
+  if (!readPresent(now, present, reason)) {
+    printError("the present cannot be shown: " + reason);
+    return EXIT_NOTHING_FOUND;
+  }
   std::string text;
   if (isJson) {
     text = JsonLineC()
                .number("week", now.getWeek())
                .number("ms", now.getMsOfWeek())
-               .text("gps", isoText(now, TIM::TIMEBASE_GPS))
-               .text("utc", isoText(now, TIM::TIMEBASE_UTC))
-               .text("local", isoText(now, TIM::TIMEBASE_LOCAL))
-               .decimal("mjd", mjd)
+               .text("gps", present.gps)
+               .text("utc", present.utc)
+               .text("local", present.local)
+               .decimal("mjd", present.mjd)
                .number("leap_seconds", record.current)
                .text("leap_record", recordText(record))
                .text("zone", narrowText(zone))
                .str();
   } else {
     text = "GPS          week " + std::to_string(now.getWeek()) + ", " +
-           std::to_string(now.getMsOfWeek()) + " ms\nGPS          " +
-           isoText(now, TIM::TIMEBASE_GPS) + "\nUTC          " + isoText(now, TIM::TIMEBASE_UTC) +
-           "\nlocal        " + isoText(now, TIM::TIMEBASE_LOCAL) + "  " +
-           visible(narrowText(zone)) + "\nMJD (UTC)    " + std::to_string(mjd) + "\nleap second  " +
-           recordText(record);
+           std::to_string(now.getMsOfWeek()) + " ms\nGPS          " + present.gps +
+           "\nUTC          " + present.utc + "\nlocal        " + present.local + "  " +
+           visible(narrowText(zone)) + "\nMJD (UTC)    " + std::to_string(present.mjd) +
+           "\nleap second  " + recordText(record);
   }
   return writeResults(text + '\n', resultDescriptor);
 }

@@ -10,6 +10,9 @@
 
 namespace KTX::VORTIME {
 
+/// Milliseconds from 1970-01-01 to 1980-01-06, where week 0 begins.
+constexpr std::int64_t GPS_EPOCH_UNIX_MS = 315964800000;
+
 enum TimeFormatE : std::uint8_t {
   TIMEFORMAT_AUTOMATIC,
   TIMEFORMAT_WEEK,  ///< 1929:604799999, GPS week and milliseconds
@@ -28,14 +31,25 @@ struct TimeFormSpecC {
 /// Reads "iso", "week:utc", "local" and the like. False for another text.
 bool readTimeFormSpec(std::string_view text, TimeFormSpecC& spec);
 
-/// Reads a time. False for a text that is none, or for one outside the GPS weeks 0 to 65535.
-bool readTime(std::string_view text, TimeFormSpecC const& spec, TIM::GpsTimeC& time);
+/// The time base that a format is in where its specification names none.
+TIM::TimeBaseE usualTimeBase(TimeFormatE format);
 
-/// The time in another base, by the library's leap seconds and the system's zone.
-TIM::GpsTimeC inBase(TIM::GpsTimeC const& time, TIM::TimeBaseE base);
+/// Where an instant lies that is outside the GPS weeks 0 to 65535. Static text.
+char const* outOfWeeksText(bool isBefore);
 
-/// Appends a time as spec says.
-void appendTime(std::string& text, TIM::GpsTimeC const& time, TimeFormSpecC const& spec);
+/// Converts a time by the library's leap seconds and the system's zone. False, why in reason and
+/// result as it was, when it lies outside the GPS weeks 0 to 65535 in that base.
+bool inBase(TIM::GpsTimeC const& time,
+            TIM::TimeBaseE base,
+            TIM::GpsTimeC& result,
+            std::string& reason);
+
+/// Appends a time as spec says. False, why in reason and text as it was, for a time that cannot be
+/// written so.
+bool appendTime(std::string& text,
+                TIM::GpsTimeC const& time,
+                TimeFormSpecC const& spec,
+                std::string& reason);
 
 }  // namespace KTX::VORTIME
 

@@ -28,6 +28,12 @@ JsonLineC& JsonLineC::decimal(std::string_view name, double value) {
   return *this;
 }
 
+JsonLineC& JsonLineC::literal(std::string_view name, std::string_view value) {
+  addName(name);
+  members += value;
+  return *this;
+}
+
 JsonLineC& JsonLineC::flag(std::string_view name, bool value) {
   addName(name);
   members += value ? "true" : "false";

@@ -13,6 +13,8 @@ class JsonLineC {
   JsonLineC& text(std::string_view name, std::string_view value);
   JsonLineC& number(std::string_view name, std::int64_t value);
   JsonLineC& decimal(std::string_view name, double value);
+  /// value must be the text of a JSON value, as a number or null.
+  JsonLineC& literal(std::string_view name, std::string_view value);
   JsonLineC& flag(std::string_view name, bool value);
   JsonLineC& object(std::string_view name, JsonLineC const& value);
 

@@ -25,7 +25,7 @@ bool hasSeparators(std::string_view text) {
 
 }  // namespace
 
-std::size_t readIsoTime(std::string_view text, CivilTimeC& time) {
+std::size_t readIsoFields(std::string_view text, CivilTimeC& time) {
   if (text.size() < LENGTH || !hasSeparators(text)) {
     return 0;
   }
@@ -33,8 +33,7 @@ std::size_t readIsoTime(std::string_view text, CivilTimeC& time) {
   bool const isRead = readField(text, 0, 4, read.year) && readField(text, 5, 2, read.month) &&
                       readField(text, 8, 2, read.day) && readField(text, 11, 2, read.hour) &&
                       readField(text, 14, 2, read.minute) && readField(text, 17, 2, read.second);
-  if (!isRead || !isDate(read.year, read.month, read.day) || read.hour > 23 || read.minute > 59 ||
-      read.second > 59) {
+  if (!isRead) {
     return 0;
   }
   std::size_t end = LENGTH;
@@ -44,6 +43,17 @@ std::size_t readIsoTime(std::string_view text, CivilTimeC& time) {
       ++end;
     }
     readFraction(text.substr(first, end - first), read.nanosecond);
+  }
+  time = read;
+  return end;
+}
+
+std::size_t readIsoTime(std::string_view text, CivilTimeC& time) {
+  CivilTimeC read;
+  std::size_t const end = readIsoFields(text, read);
+  if (end == 0 || !isDate(read.year, read.month, read.day) || read.hour > 23 || read.minute > 59 ||
+      read.second > 59) {
+    return 0;
   }
   time = read;
   return end;

@@ -13,6 +13,9 @@ namespace KTX::VORTIME {
 /// 60 included). A time base letter is left in the text.
 std::size_t readIsoTime(std::string_view text, CivilTimeC& time);
 
+/// As readIsoTime(), for any number in each field.
+std::size_t readIsoFields(std::string_view text, CivilTimeC& time);
+
 }  // namespace KTX::VORTIME
 
 #endif  // KTX_VORTIME_ISOTIME_H
