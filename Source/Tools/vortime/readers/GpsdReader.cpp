@@ -72,6 +72,7 @@ GpsdReaderC::GpsdReaderC(TimeEventSinkI& eventSink, ReadCountsC& readCounts)
 
 void GpsdReaderC::read(std::string_view line, MessagePlaceC const& place) {
   ++counts.reports;
+  counts.examined += line.size();
   TimeEventC event = eventAt(place);
   auto const report = nlohmann::json::parse(line.begin(), line.end(), nullptr, false);
   auto const* const name = report.is_object() && report.contains("class")

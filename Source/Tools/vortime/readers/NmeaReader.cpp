@@ -191,7 +191,7 @@ std::size_t NmeaReaderC::read(std::string_view text, MessagePlaceC const& place)
     }
     sum ^= c;
   }
-
+  counts.examined += at;
   std::string_view const body = text.substr(1, at - 1);
   SentenceC const sentence{addressOf(body), body, end == END_AT_CHECKSUM, place};
   ++counts.sentences;

@@ -25,6 +25,9 @@ class ReadCountsC {
   std::uint64_t headers = 0;    ///< RINEX headers
   std::uint64_t badChecksums = 0;
   std::uint64_t withoutChecksum = 0;
+  /// How many bytes the readers went over, a byte counted as often as it was looked at. At most a
+  /// small multiple of the input, whatever it holds and however it is cut into pieces.
+  std::uint64_t examined = 0;
 
   /// Adds one whole message. Names beyond the first 63 kinds are counted as "other".
   void countMessage(std::string_view name);

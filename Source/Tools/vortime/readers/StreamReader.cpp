@@ -19,21 +19,6 @@ constexpr char SYNC_2 = '\x62';
 constexpr std::size_t INCOMPLETE = static_cast<std::size_t>(-1);
 constexpr std::size_t NO_LINE = static_cast<std::size_t>(-2);
 
-// The length of the line of text that rest begins with: NO_LINE for bytes that are no text or for a
-// longer one, INCOMPLETE where more may follow.
-std::size_t textLineLength(std::string_view rest, std::size_t longest, bool isLast) {
-  for (std::size_t i = 0; i < rest.size(); ++i) {
-    unsigned char const c = static_cast<unsigned char>(rest[i]);
-    if (c == '\n') {
-      return i;
-    }
-    if ((c < 0x20 && c != '\t' && c != '\r') || i >= longest) {
-      return NO_LINE;
-    }
-  }
-  return isLast ? rest.size() : INCOMPLETE;
-}
-
 std::array<bool, 256> const& beginsSomething() {
   static std::array<bool, 256> const table = [] {
     std::array<bool, 256> marks{};
@@ -43,15 +28,6 @@ std::array<bool, 256> const& beginsSomething() {
     return marks;
   }();
   return table;
-}
-
-std::size_t lengthOfNothing(std::string_view rest) {
-  std::array<bool, 256> const& table = beginsSomething();
-  std::size_t length = 1;
-  while (length < rest.size() && !table[static_cast<unsigned char>(rest[length])]) {
-    ++length;
-  }
-  return length;
 }
 
 bool mayBeginHostTime(char c) {
@@ -67,9 +43,59 @@ StreamReaderC::StreamReaderC(TimeEventSinkI& eventSink, ReadCountsC& readCounts)
       gpsd(eventSink, readCounts),
       rinex(eventSink, readCounts) {}
 
+// The length of the line that rest begins with; npos when its end is not among the first `longest`
+// bytes.
+std::size_t StreamReaderC::findLineEnd(std::string_view rest, std::size_t longest) {
+  std::size_t const end = std::min(rest.size(), longest);
+  std::size_t at = static_cast<std::size_t>(std::max(noLineEndTo, place.offset) - place.offset);
+  if (at >= end) {
+    return std::string_view::npos;
+  }
+  std::size_t const first = at;
+  at = std::min(rest.substr(0, end).find('\n', first), end);
+  bool const isFound = at < end;
+  counts.examined += at - first + (isFound ? 1 : 0);
+  noLineEndTo = place.offset + at;
+  return isFound ? at : std::string_view::npos;
+}
+
+// The length of the line of text that rest begins with: NO_LINE for bytes that are no text or for a
+// longer one, INCOMPLETE where more may follow.
+std::size_t StreamReaderC::textLineLength(std::string_view rest, std::size_t longest, bool isLast) {
+  std::size_t const first = static_cast<std::size_t>(std::max(textTo, place.offset) - place.offset);
+  std::size_t at = first;
+  for (; at < rest.size() && at <= longest; ++at) {
+    unsigned char const c = static_cast<unsigned char>(rest[at]);
+    if (c < 0x20 && c != '\t' && c != '\r') {
+      break;
+    }
+  }
+  counts.examined += at - first;
+  textTo = place.offset + at;
+  if (at < rest.size() && at <= longest && rest[at] == '\n') {
+    return at;
+  }
+  if (at < rest.size() || at > longest) {
+    return NO_LINE;
+  }
+  return isLast ? rest.size() : INCOMPLETE;
+}
+
+// Passes over what begins no message.
+std::size_t StreamReaderC::passOver(std::string_view rest) {
+  std::array<bool, 256> const& table = beginsSomething();
+  std::size_t length = 1;
+  while (length < rest.size() && !table[static_cast<unsigned char>(rest[length])]) {
+    ++length;
+  }
+  counts.examined += length;
+  return length;
+}
+
 std::size_t StreamReaderC::read(std::string_view data, bool isLast) {
   if (isAtStart && !data.empty()) {
     std::size_t const end = data.substr(0, FIRST_LINE_LENGTH).find('\n');
+    counts.examined += std::min(data.size(), FIRST_LINE_LENGTH);
     if (end == std::string_view::npos && data.size() < FIRST_LINE_LENGTH && !isLast) {
       return 0;
     }
@@ -84,19 +110,26 @@ std::size_t StreamReaderC::read(std::string_view data, bool isLast) {
 std::size_t StreamReaderC::readRinex(std::string_view data, bool isLast) {
   std::size_t at = 0;
   while (at < data.size() && !rinex.isDone()) {
-    std::size_t end = data.find('\n', at);
-    if (end == std::string_view::npos) {
-      if (!isLast && data.size() - at < MAX_TEXT_LINE) {
+    std::string_view const rest = data.substr(at);
+    std::size_t length = findLineEnd(rest, MAX_TEXT_LINE);
+    bool const hasEnd = length != std::string_view::npos;
+    if (!hasEnd) {
+      if (!isLast && rest.size() < MAX_TEXT_LINE) {
         return at;
       }
-      end = std::min(data.size(), at + MAX_TEXT_LINE);
+      length = std::min(rest.size(), MAX_TEXT_LINE);
     }
-    rinex.readLine(data.substr(at, end - at), place);
-    std::size_t const next = std::min(end + 1, data.size());
-    place.offset += next - at;
-    endLine();
-    at = next;
+    // A longer line is read in pieces; what the header says stands in its first 80 columns.
+    rinex.readLine(rest.substr(0, length), place);
+    counts.examined += length;
+    std::size_t const done = length + (hasEnd ? 1 : 0);
+    place.offset += done;
+    at += done;
+    if (hasEnd || (isLast && at == data.size())) {
+      endLine();
+    }
   }
+  counts.examined += data.size() - at;
   counts.lines += static_cast<std::uint64_t>(
       std::count(data.begin() + static_cast<std::ptrdiff_t>(at), data.end(), '\n'));
   if (isLast) {
@@ -109,6 +142,7 @@ std::size_t StreamReaderC::readMixed(std::string_view data, bool isLast) {
   std::size_t at = 0;
   while (at < data.size()) {
     std::string_view const rest = data.substr(at);
+    ++counts.examined;
     std::size_t done = isAtLineStart ? readAtLineStart(rest, isLast) : 0;
     if (done == 0) {
       isAtLineStart = false;
@@ -143,7 +177,7 @@ std::size_t StreamReaderC::readAtLineStart(std::string_view rest, bool isLast) {
     isAtLineStart = false;
     return length;
   }
-  if (!mayBeginHostTime(first)) {
+  if (!mayBeginHostTime(first) || place.hasHostTime) {
     return 0;
   }
   std::size_t const length = textLineLength(rest, MAX_TEXT_LINE, isLast);
@@ -151,7 +185,11 @@ std::size_t StreamReaderC::readAtLineStart(std::string_view rest, bool isLast) {
   if (length == INCOMPLETE) {
     return INCOMPLETE;
   }
-  if (length == NO_LINE || !readHostTime(rest.substr(0, length), hostTime)) {
+  if (length == NO_LINE) {
+    return 0;
+  }
+  counts.examined += length;
+  if (!readHostTime(rest.substr(0, length), hostTime)) {
     return 0;
   }
   place.hasHostTime = true;
@@ -170,24 +208,23 @@ std::size_t StreamReaderC::readMessage(std::string_view rest, bool isLast) {
     case SYNC_1:
       return readFrame(rest, isLast);
     default:
-      return lengthOfNothing(rest);
+      return passOver(rest);
   }
 }
 
 std::size_t StreamReaderC::readSentence(std::string_view rest, bool isLast) {
-  std::string_view const head = rest.substr(0, MAX_SENTENCE);
-  std::size_t length = head.find('\n');
+  std::size_t length = findLineEnd(rest, MAX_SENTENCE);
   if (length == std::string_view::npos) {
-    if (!isLast && head.size() < MAX_SENTENCE) {
+    if (!isLast && rest.size() < MAX_SENTENCE) {
       return INCOMPLETE;
     }
-    length = head.size();
+    length = std::min(rest.size(), MAX_SENTENCE);
   }
   if (place.hasHostTime) {
     length = std::min(length, hostTextLength);
   }
   if (length == 0) {
-    return lengthOfNothing(rest);
+    return passOver(rest);
   }
   return nmea.read(rest.substr(0, length), place);
 }
@@ -197,12 +234,13 @@ std::size_t StreamReaderC::readFrame(std::string_view rest, bool isLast) {
     return isLast ? 1 : INCOMPLETE;
   }
   if (rest[1] != SYNC_2) {
-    return lengthOfNothing(rest);
+    return passOver(rest);
   }
   std::size_t const done = ubx.read(rest, place, isLast);
   if (done == 0) {
     return INCOMPLETE;
   }
+  counts.examined += done;
   std::uint64_t const newLines = static_cast<std::uint64_t>(
       std::count(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(done), '\n'));
   place.line += newLines;

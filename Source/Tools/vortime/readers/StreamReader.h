@@ -28,6 +28,9 @@ class StreamReaderC {
   std::size_t read(std::string_view data, bool isLast);
 
  private:
+  std::size_t findLineEnd(std::string_view rest, std::size_t longest);
+  std::size_t textLineLength(std::string_view rest, std::size_t longest, bool isLast);
+  std::size_t passOver(std::string_view rest);
   std::size_t readRinex(std::string_view data, bool isLast);
   std::size_t readMixed(std::string_view data, bool isLast);
   std::size_t readAtLineStart(std::string_view rest, bool isLast);
@@ -46,6 +49,10 @@ class StreamReaderC {
   bool isRinex = false;
   bool isAtLineStart = true;
   std::size_t hostTextLength = 0;  ///< what is left of the receiver's text on a line with host time
+  // What is known of the bytes ahead, by offset, so that none is searched again: not for another
+  // message on the same line, and not when the data is given again with more behind it.
+  std::uint64_t noLineEndTo = 0;  ///< no line end before this offset
+  std::uint64_t textTo = 0;       ///< text of one line before this offset
 };
 
 }  // namespace KTX::VORTIME

@@ -1,7 +1,5 @@
 #include "readers/UbxReader.h"
 
-#include <cstdint>
-
 namespace KTX::VORTIME {
 namespace {
 
@@ -73,16 +71,6 @@ std::size_t shortestPayload(unsigned type) {
     default:
       return 0;
   }
-}
-
-bool isChecksumRight(std::string_view frame) {
-  unsigned a = 0;
-  unsigned b = 0;
-  for (std::size_t i = SYNC_LENGTH; i + CHECKSUM_LENGTH < frame.size(); ++i) {
-    a = (a + static_cast<unsigned char>(frame[i])) & 0xFFU;
-    b = (b + a) & 0xFFU;
-  }
-  return a == u1(frame, frame.size() - 2) && b == u1(frame, frame.size() - 1);
 }
 
 void setAccuracy(TimeEventC& event, std::uint32_t accuracyNs) {
@@ -266,7 +254,7 @@ std::size_t UbxReaderC::read(std::string_view data, MessagePlaceC const& place, 
     return SYNC_LENGTH;
   }
   ++counts.frames;
-  if (!isChecksumRight(data.substr(0, frameLength))) {
+  if (!isChecksumRight(data.substr(0, frameLength), place.offset)) {
     ++counts.badChecksums;
     refuse(nameOf(type), place, REFUSAL_BAD_CHECKSUM);
     return SYNC_LENGTH;
@@ -281,6 +269,17 @@ std::size_t UbxReaderC::read(std::string_view data, MessagePlaceC const& place, 
     decode(type, data.substr(HEADER_LENGTH, length), place);
   }
   return frameLength;
+}
+
+// False headers close together claim overlapping frames, so bytes are summed once for all of them.
+bool UbxReaderC::isChecksumRight(std::string_view frame, std::uint64_t offset) {
+  static_assert(HEADER_LENGTH + MAX_PAYLOAD <= RunningChecksumC::MAX_LENGTH);
+  std::size_t const length = frame.size() - SYNC_LENGTH - CHECKSUM_LENGTH;
+  std::uint64_t const summedBefore = checksum.summedBytes();
+  RunningChecksumC::SumsC const sums =
+      checksum.sumOf(frame.substr(SYNC_LENGTH, length), offset + SYNC_LENGTH);
+  counts.examined += checksum.summedBytes() - summedBefore;
+  return sums.a == u1(frame, frame.size() - 2) && sums.b == u1(frame, frame.size() - 1);
 }
 
 void UbxReaderC::refuse(std::string_view name, MessagePlaceC const& place, RefusalE refusal) {

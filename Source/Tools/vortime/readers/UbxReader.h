@@ -2,10 +2,12 @@
 #define KTX_VORTIME_UBXREADER_H
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "readers/MessagePlace.h"
 #include "readers/ReadCounts.h"
+#include "readers/RunningChecksum.h"
 #include "readers/TimeEvent.h"
 
 namespace KTX::VORTIME {
@@ -21,15 +23,17 @@ class UbxReaderC {
 
   /// Reads the frame that data begins with; data begins with the two sync characters. Returns how
   /// many bytes to go on: the frame, or less after damage, so that a frame inside is found. 0 when
-  /// the frame is not there whole and isLast is false.
+  /// the frame is not there whole and isLast is false. The offset in place grows from call to call.
   std::size_t read(std::string_view data, MessagePlaceC const& place, bool isLast);
 
  private:
+  bool isChecksumRight(std::string_view frame, std::uint64_t offset);
   void refuse(std::string_view name, MessagePlaceC const& place, RefusalE refusal);
   void decode(unsigned type, std::string_view payload, MessagePlaceC const& place);
 
   TimeEventSinkI& sink;
   ReadCountsC& counts;
+  RunningChecksumC checksum;
 };
 
 }  // namespace KTX::VORTIME
