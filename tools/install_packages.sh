@@ -9,7 +9,7 @@ packages="
   clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 gcovr
   libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev libgps-dev gpsd gpsd-clients python3-gps tzdata
   libhowardhinnant-date-dev libabsl-dev liberfa-dev libicu-dev libbenchmark-dev valgrind
-  doxygen gnuplot-nox"
+  doxygen chromium gnuplot-nox"
 if [ "${1:-}" = --list ]; then
   echo $packages
   exit 0

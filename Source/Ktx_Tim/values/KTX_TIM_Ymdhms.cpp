@@ -16,6 +16,8 @@ std::int32_t wrappingSum(std::int32_t a, std::int32_t b) {
 
 }  // namespace
 
+struct YmdhmsC::ZeroTag {};
+
 YmdhmsC::YmdhmsC(ZeroTag /*tag*/, TimeBaseE base, std::uint32_t keptPrecision)
     : year(0),
       month(0),

@@ -1,6 +1,9 @@
 #ifndef KTX_DBG_API_H
 #define KTX_DBG_API_H
 
+/// \file
+/// The macros of the logging library's interface.
+
 /// KTX_DBG_API marks a class of the logging library. On Windows it is empty: the list of ordinals
 /// alone exports, so that neither the vtable nor a name gets into the export table.
 #if defined(_WIN32)

@@ -22,6 +22,7 @@ class LogChannelC;
 /// Not meant to be derived from.
 class KTX_DBG_API DbgLogFileC {
  public:
+  /// A handle on the channel of this name, which is opened with its first handle. Names are exact.
   explicit DbgLogFileC(std::string const& channelName);
   virtual ~DbgLogFileC();
 
@@ -37,7 +38,7 @@ class KTX_DBG_API DbgLogFileC {
   void printLine(std::int32_t level, char const* format, ...) KTX_DBG_PRINTF(3, 4);
 
   /// Writes a text that has no level: always, unless the channel is switched off. Line ends as in
-  /// printLine(); '%' has no meaning.
+  /// printLine(); a percent sign has no meaning.
   void writeText(char const* text);
 
  private:

@@ -2,7 +2,10 @@
 #define KTX_TIM_API_H
 
 /// \file
-/// KTX_TIM_API marks the interface of the library: what other modules may call.
+/// The macro of the library's interface.
+
+/// \def KTX_TIM_API
+/// Marks what other modules may call.
 
 #if defined(_WIN32)
 #if defined(KTX_TIM_BUILD) && defined(_MSC_VER)

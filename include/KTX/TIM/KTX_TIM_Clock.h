@@ -18,8 +18,8 @@ enum ClockTypeE : std::uint32_t {
 
 /// The calendar that a clock's zero refers to.
 enum ClockReferenceE : std::uint32_t {
-  CLOCKREF_UTC = 1,
-  CLOCKREF_LOCAL = 2,
+  CLOCKREF_UTC = 1,              ///< UTC
+  CLOCKREF_LOCAL = 2,            ///< the local time of the system's zone
   CLOCKREF_NONE = 3,             ///< none: a monotonic counter
   CLOCKREF_DEFAULT = 0xFFFFFFFF  ///< as an argument of createClock() only: its own choice
 };
@@ -36,7 +36,9 @@ class ClockI {
 
   /// The present reading.
   virtual DurationT now() const = 0;
+  /// What this clock reads.
   virtual ClockTypeE getType() const = 0;
+  /// The calendar of its readings; CLOCKREF_NONE for a counter.
   virtual ClockReferenceE getReference() const = 0;
   /// The instant that reading zero stands for; not_a_date_time without a calendar reference.
   virtual boost::posix_time::ptime getEpoch() const = 0;

@@ -16,9 +16,11 @@ namespace KTX::TIM {
 template <class Period>
 boost::shared_ptr<ClockI<Period>> createClock(ClockTypeE type, ClockReferenceE reference);
 
+/// The factory for clocks that count milliseconds.
 template <>
 KTX_TIM_API boost::shared_ptr<ClockI<boost::milli>> createClock<boost::milli>(
     ClockTypeE type, ClockReferenceE reference);
+/// The factory for clocks that count nanoseconds.
 template <>
 KTX_TIM_API boost::shared_ptr<ClockI<boost::nano>> createClock<boost::nano>(
     ClockTypeE type, ClockReferenceE reference);

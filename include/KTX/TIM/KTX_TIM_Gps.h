@@ -44,6 +44,7 @@ class KTX_TIM_API GpsC : public GPSTimeC {
   /// unless setPresentWarningEnabled() turned it off.
   static GpsC currentTime();
 
+  /// The provider that conversions ask; may be null.
   LeapSecondProviderI* getLeapSecondProvider() const { return provider; }
   /// The leap second count in force at this instant, in seconds, cut to 8 bits; 0 with an
   /// assertion when the provider is null. The provider's result code is not looked at: what it left

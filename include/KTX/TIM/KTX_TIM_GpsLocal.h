@@ -16,6 +16,7 @@ class KTX_TIM_API GpsLocalC : public GpsC {
   ~GpsLocalC() override;
 
   using GpsC::operator=;
+  /// Copies week, milliseconds and provider.
   GpsLocalC& operator=(GpsLocalC const& other);
 };
 

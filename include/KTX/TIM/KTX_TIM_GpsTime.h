@@ -20,6 +20,7 @@ class KTX_TIM_API GpsTimeC : public GpsC {
   GpsTimeC();
   /// Week and milliseconds of time, the default provider, TIMEBASE_GPS.
   GpsTimeC(GPSTimeC const& time);  // NOLINT(google-explicit-constructor): a plain value is GPS time
+  /// Copies week, milliseconds, provider and time base.
   GpsTimeC(GpsTimeC const& other);
   /// Rounds the day number to the nearest millisecond; the time base is taken over.
   GpsTimeC(MjdTimeC const& time);  // NOLINT(google-explicit-constructor): interchangeable forms
@@ -27,11 +28,13 @@ class KTX_TIM_API GpsTimeC : public GpsC {
   GpsTimeC(YmdhmsC const& time);  // NOLINT(google-explicit-constructor): interchangeable forms
   ~GpsTimeC() override;
 
+  /// Copies week, milliseconds, provider and time base.
   GpsTimeC& operator=(GpsTimeC const& other);
   /// Copies week and milliseconds and sets TIMEBASE_GPS. The provider stays, unlike in GpsC;
   /// both are meant.
   GpsTimeC& operator=(GPSTimeC const& time);
 
+  /// The base in which week and milliseconds are to be read.
   TimeBaseE getTimeBase() const { return timeBase; }
   /// Relabels the value; nothing is converted.
   void setTimeBase(TimeBaseE newTimeBase) { timeBase = newTimeBase; }

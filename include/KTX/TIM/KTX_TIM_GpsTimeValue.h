@@ -20,12 +20,14 @@ class KTX_TIM_API GPSTimeC {
   GPSTimeC();
   /// Whole weeks in msOfWeek are carried into the week, which wraps at 16 bits.
   GPSTimeC(std::uint16_t week, std::uint32_t msOfWeek);
+  /// Copies week and milliseconds.
   GPSTimeC(GPSTimeC const& other);
   /// The absolute distance of two instants. Where the borrow of a week would make the week
   /// negative it becomes 0 and the milliseconds stay as computed.
   GPSTimeC(GPSTimeC const& a, GPSTimeC const& b);
   virtual ~GPSTimeC();
 
+  /// Copies week and milliseconds.
   GPSTimeC& operator=(GPSTimeC const& other);
 
   /// GPS week, 0 to 65535.
@@ -38,26 +40,37 @@ class KTX_TIM_API GPSTimeC {
   /// Milliseconds since the GPS epoch.
   std::uint64_t toMilliseconds64() const;
 
+  ///@{
+  /// Compares the weeks; at equal weeks the milliseconds decide.
   bool operator==(GPSTimeC const& other) const;
   bool operator!=(GPSTimeC const& other) const;
   bool operator<(GPSTimeC const& other) const;
   bool operator<=(GPSTimeC const& other) const;
   bool operator>(GPSTimeC const& other) const;
   bool operator>=(GPSTimeC const& other) const;
+  ///@}
 
+  ///@{
   /// Adds weeks and milliseconds; the week wraps at 16 bits.
   GPSTimeC operator+(GPSTimeC const& other) const;
   GPSTimeC& operator+=(GPSTimeC const& other);
-  /// Takes one instant off another. Floors at week 0, while taking off milliseconds wraps;
-  /// both are meant.
+  ///@}
+  ///@{
+  /// Subtracts another instant. Floors at week 0, while subtracting milliseconds wraps; both are
+  /// meant.
   GPSTimeC operator-(GPSTimeC const& other) const;
   GPSTimeC& operator-=(GPSTimeC const& other);
+  ///@}
+  ///@{
   /// Adds milliseconds of either sign; the week wraps at 16 bits.
   GPSTimeC operator+(std::int64_t milliseconds) const;
   GPSTimeC& operator+=(std::int64_t milliseconds);
-  /// Takes off milliseconds of either sign; the week wraps at 16 bits.
+  ///@}
+  ///@{
+  /// Subtracts milliseconds of either sign; the week wraps at 16 bits.
   GPSTimeC operator-(std::int64_t milliseconds) const;
   GPSTimeC& operator-=(std::int64_t milliseconds);
+  ///@}
   /// Adds seconds of either sign in place; the week wraps at 16 bits.
   GPSTimeC& addSeconds(std::int32_t seconds);
 

@@ -12,12 +12,12 @@ enum LeapSecondSource : std::uint32_t {
   LEAPSECOND_DEFAULT = 0,  ///< compiled into the library
   LEAPSECOND_FORCED = 1,   ///< set by the operator, directly or by a leap second file
   LEAPSECOND_SITE = 2,     ///< the site configuration of one provider
-  LEAPSECOND_GPS = 3,
-  LEAPSECOND_GLONASS = 4,
-  LEAPSECOND_GALILEO = 5,
-  LEAPSECOND_SBAS = 6,
-  LEAPSECOND_QZSS = 7,
-  LEAPSECOND_BEIDOU = 8
+  LEAPSECOND_GPS = 3,      ///< broadcast by GPS
+  LEAPSECOND_GLONASS = 4,  ///< broadcast by GLONASS
+  LEAPSECOND_GALILEO = 5,  ///< broadcast by Galileo
+  LEAPSECOND_SBAS = 6,     ///< broadcast by an SBAS satellite
+  LEAPSECOND_QZSS = 7,     ///< broadcast by QZSS
+  LEAPSECOND_BEIDOU = 8    ///< broadcast by BeiDou
 };
 
 /// The name of a source as log lines print it, for example "GPS"; "Unknown" for a value outside

@@ -9,7 +9,9 @@ namespace KTX::TIM {
 class KTX_TIM_CAPABILITY("lock") Lock {
  public:
   virtual ~Lock() = default;
+  /// Waits until the lock is free, and takes it.
   virtual void lock() KTX_TIM_ACQUIRE() = 0;
+  /// Gives the lock back. Only the thread that took it may do so.
   virtual void unlock() KTX_TIM_RELEASE() = 0;
 };
 

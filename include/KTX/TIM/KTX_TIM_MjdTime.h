@@ -33,6 +33,7 @@ class KTX_TIM_API MjdTimeC {
 
   /// Modified Julian Date in days.
   double getDayNumber() const { return dayNumber; }
+  /// The base in which the day number is to be read.
   TimeBaseE getTimeBase() const { return timeBase; }
 
   /// Day of the year, 1 on 1 January. The last 5 ms of a year round into the next year and give
@@ -54,14 +55,16 @@ class KTX_TIM_API MjdTimeC {
   /// and no change, for a pair with TIMEBASE_INV or an unknown base, unless both are the same.
   bool convertTo(TimeBaseE target);
 
-  /// Comparisons bring the other value into this one's base first; where that is not possible
-  /// they compare the numbers as they are. Equality is exact.
+  ///@{
+  /// Brings the other value into this one's base first; where that is not possible the numbers are
+  /// compared as they are. Equality is exact.
   bool operator==(MjdTimeC const& other) const;
   bool operator!=(MjdTimeC const& other) const;
   bool operator<(MjdTimeC const& other) const;
   bool operator<=(MjdTimeC const& other) const;
   bool operator>(MjdTimeC const& other) const;
   bool operator>=(MjdTimeC const& other) const;
+  ///@}
 
  private:
   double dayNumber;

@@ -9,6 +9,7 @@ namespace KTX::TIM {
 template <class T>
 class ReadLock : public Lock {
  public:
+  /// Serves the read side of target, which must not be null.
   explicit ReadLock(T* target) : served(target) {}
   ~ReadLock() override = default;
 

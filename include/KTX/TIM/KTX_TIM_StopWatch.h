@@ -22,13 +22,17 @@ class KTX_TIM_API StopWatchC {
   /// A clock of the caller's; not started. An empty pointer is as no clock above.
   explicit StopWatchC(boost::shared_ptr<ClockI<boost::nano>> const& nanoClock);
   ~StopWatchC();
+  ///@{
+  /// Copies both readings and shares the clock.
   StopWatchC(StopWatchC const& other);
   StopWatchC& operator=(StopWatchC const& other);
+  ///@}
 
   /// Starts anew; an earlier stop is forgotten.
   void start();
   /// Freezes the elapsed time. Without a start it raises an assertion and still stores the stop.
   void stop();
+  /// True after a start() whose reading was not zero, also after a stop.
   bool isStarted() const;
   /// Nanoseconds from start to stop, or to now before a stop. An end reading of zero raises an
   /// assertion.

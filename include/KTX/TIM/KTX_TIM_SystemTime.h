@@ -7,6 +7,9 @@
 
 #include "KTX/TIM/KTX_TIM_Api.h"
 
+/// \file
+/// The operating system's broken-down time.
+
 #if defined(_WIN32)
 struct _SYSTEMTIME;
 typedef struct _SYSTEMTIME SYSTEMTIME;

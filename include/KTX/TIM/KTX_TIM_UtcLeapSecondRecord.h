@@ -20,8 +20,9 @@ struct UtcLeapSecondRecord {
   bool effectivityKnown;    ///< week and day mean something
 };
 
-/// Equal in all six fields.
+/// True when all six fields are equal.
 KTX_TIM_API bool operator==(UtcLeapSecondRecord const& a, UtcLeapSecondRecord const& b);
+/// True when one of the six fields differs.
 KTX_TIM_API bool operator!=(UtcLeapSecondRecord const& a, UtcLeapSecondRecord const& b);
 
 /// The record compiled into the library: 18 s since the end of 2016-12-31, week 1929 day 7

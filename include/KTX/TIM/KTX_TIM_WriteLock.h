@@ -9,6 +9,7 @@ namespace KTX::TIM {
 template <class T>
 class WriteLock : public Lock {
  public:
+  /// Serves the write side of target, which must not be null.
   explicit WriteLock(T* target) : served(target) {}
   ~WriteLock() override = default;
 

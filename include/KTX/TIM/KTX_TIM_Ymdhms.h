@@ -74,10 +74,12 @@ class KTX_TIM_API YmdhmsC {
   /// As MjdTimeC::localToUtc(), through the day number at this value's precision.
   void localToUtc();
 
+  ///@{
   /// Compares all fields after bringing the other value into this one's base; between equal
   /// bases nothing is normalised, so the stored day of week counts. Precision and base do not.
   bool operator==(YmdhmsC const& other) const;
   bool operator!=(YmdhmsC const& other) const;
+  ///@}
 
   /// Fills this value with the present in GPS time at its precision; day of week becomes 0.
   /// Takes the library-wide lock. Prints a warning on standard output when the present was last
@@ -112,7 +114,7 @@ class KTX_TIM_API YmdhmsC {
   TimeBaseE timeBase;         ///< the base in which the fields are to be read
 
  private:
-  struct ZeroTag {};
+  struct ZeroTag;
   YmdhmsC(ZeroTag tag, TimeBaseE base, std::uint32_t keptPrecision);
 };
 
