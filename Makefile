@@ -26,43 +26,43 @@ clang:
 	@tools/run_tests.sh linux-clang linux-clang-release
 
 lint:
-	@tools/install_packages.sh
+	@tools/install_packages.sh lint
 	@tools/check_format.sh
 	@tools/run_tidy.sh
 
 format:
-	@tools/install_packages.sh
+	@tools/install_packages.sh format
 	@tools/check_format.sh --fix
 
 tidy:
-	@tools/install_packages.sh
+	@tools/install_packages.sh lint
 	@tools/run_tidy.sh
 
 coverage:
-	@tools/install_packages.sh
+	@tools/install_packages.sh coverage
 	@tools/run_coverage.sh
 
 package:
-	@tools/install_packages.sh
+	@tools/install_packages.sh package
 	@tools/make_packages.sh
 
 bench:
-	@tools/install_packages.sh
+	@tools/install_packages.sh bench
 	@tools/run_benchmarks.sh
 
 SECONDS ?= 600
 fuzz:
-	@tools/install_packages.sh
+	@tools/install_packages.sh fuzz
 	@tools/run_fuzz.sh $(SECONDS)
 
 docs:
-	@tools/install_packages.sh
+	@tools/install_packages.sh docs
 	@tools/build_docs.sh
 
 stress:
-	@tools/install_packages.sh
+	@tools/install_packages.sh stress
 	@tools/run_stress.sh
 
 mutation:
-	@tools/install_packages.sh
+	@tools/install_packages.sh mutation
 	@tools/mutation.py --plan tests/mutation/plan.tsv --accepted tests/mutation/accepted.tsv

@@ -77,7 +77,7 @@ test_preset() {
   return $ok
 }
 
-required_step "packages" tools/install_packages.sh
+required_step "packages" tools/install_packages.sh test
 required_step "format" tools/check_format.sh
 for preset in "${presets[@]}"; do
   required_step "$preset: configure" cmake --preset "$preset"

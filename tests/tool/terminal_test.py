@@ -397,6 +397,13 @@ class SetClock(unittest.TestCase):
 
 
 class Plot(unittest.TestCase):
+    def test_no_warning_of_gnuplot_in_any_locale(self):
+        for locale in ("C", "POSIX", "xx_YY.UTF-8", ""):
+            with self.subTest(locale=locale), tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
+                result = run("replay", "-q", "--plot", pathlib.Path(folder, "p"), SAMPLES / "isync.log",
+                             env={"PATH": os.environ["PATH"], "LC_ALL": locale})
+                self.assertEqual((0, ""), (result.returncode, result.stderr))
+
     def test_pictures_and_table(self):
         with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
             base = pathlib.Path(folder, "it's a plot")

@@ -29,7 +29,8 @@ std::FILE* startGnuplot() {
 #if defined(_WIN32)
   return ::_popen("gnuplot", "w");
 #else
-  return ::popen("gnuplot", "w");
+  // In a locale without UTF-8 gnuplot warns of every character that is not ASCII.
+  return ::popen("LC_ALL=C.UTF-8 gnuplot", "w");
 #endif
 }
 

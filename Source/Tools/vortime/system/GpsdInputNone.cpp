@@ -5,7 +5,7 @@ namespace KTX::VORTIME {
 std::unique_ptr<LiveInputI> openGpsd(std::string const& /*host*/,
                                      std::string const& /*port*/,
                                      std::string& error) {
-  error = "a gpsd can be watched on Linux only";
+  error = "this vortime was built without gpsd support";
   return nullptr;
 }
 
