@@ -8,6 +8,7 @@ help:
 	@echo "make package   archives for Linux and Windows in dist/"
 	@echo "make docs      interface reference in build/docs/html"
 	@echo "make bench     speed beside the peers, instructions, and how cost grows, in docs/PERFORMANCE.md"
+	@echo "                (CHECK=1: ends with an error where a figure is over its limit)"
 	@echo "make fuzz      fuzz every reader and rule, 10 minutes a target (SECONDS=n for another time)"
 	@echo "make stress    the reader/writer lock under many threads, some minutes"
 	@echo "make mutation  changes the sources in small ways and counts the changes that the unit tests notice"
@@ -48,7 +49,7 @@ package:
 
 bench:
 	@tools/install_packages.sh bench
-	@tools/run_benchmarks.sh
+	@tools/run_benchmarks.sh $(if $(filter-out 0,$(CHECK)),--check)
 
 SECONDS ?= 600
 fuzz:

@@ -200,7 +200,8 @@ def instruction_table(results, limits):
     lines = ["| work | instructions | at most | holds |", "|---|---|---|---|"]
     broken = []
     for work, count in results.instructions.items():
-        at_most = [limit.at_most for limit in limits.get(work, []) if limit.against == "instructions"]
+        at_most = [limit.at_most for limit in limits.get(work, [])
+                   if limit.against == "instructions" and limit.at_most is not None]
         holds = all(count <= most for most in at_most)
         judged = f"{at_most[0]:.0f} | {'yes' if holds else 'NO'}" if at_most else "- | -"
         lines.append(f"| {work} | {count:.0f} | {judged} |")
