@@ -388,6 +388,7 @@ TYPED_TEST(TimeZoneData, ANameIsResolvedAsAKeyThenAsAnIanaNameThenByTheBias) {
                      {L"Etc/GMT-9", 0, L"Tokyo Standard Time"},
                      {L"Europe/Paris", -540, L"Tokyo Standard Time"},
                      {L"europe/berlin", 0, L"GMT Standard Time"},
+                     {L"Asia/Kolkata", -60, L"W. Europe Standard Time"},
                      {L"Nowhere", -480, L"Singapore Standard Time"}};
   for (auto const& c : cases) {
     std::wstring resolved = L"left over";

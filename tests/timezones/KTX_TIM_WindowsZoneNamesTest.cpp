@@ -255,6 +255,8 @@ TEST(WindowsZoneNames, AMissLeavesTheNameAlone) {
                                  L"Europe/Berlin2",
                                  std::wstring(L"Europe/Berlin\0", 14),
                                  L"Asia/Kolkata",
+                                 L"Europe/Kyiv",
+                                 L"America/Argentina/Buenos_Aires",
                                  L"W. Europe Standard Time"};
   for (auto const& miss : misses) {
     std::wstring name = L"untouched";

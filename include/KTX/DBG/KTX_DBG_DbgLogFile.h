@@ -18,7 +18,7 @@ class LogChannelC;
 /// and 0 for details. A channel writes a line whose level is at or above its threshold.
 ///
 /// Thread-safe; usable before main() and while the process ends. No member throws: what cannot be
-/// written is lost, and the first such loss is told on standard error.
+/// written is lost, and the first such loss is reported on standard error.
 /// Not meant to be derived from.
 class KTX_DBG_API DbgLogFileC {
  public:

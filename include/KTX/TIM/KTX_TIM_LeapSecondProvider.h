@@ -10,7 +10,7 @@ namespace KTX::TIM {
 class GpsC;
 struct UtcLeapSecondRecord;
 
-/// Tells the leap seconds in force at an instant. Every time value holds a pointer to one; an
+/// Gives the leap seconds in force at an instant. Every time value holds a pointer to one; an
 /// implementation must be callable from any thread and outlive the values that point to it.
 class LeapSecondProviderI {
  public:

@@ -48,7 +48,7 @@ class KTX_TIM_API MjdTimeC {
   /// Adds the zone's offset as a fraction of a day and sets TIMEBASE_LOCAL. The value must be
   /// UTC; this is not checked.
   void utcToLocal();
-  /// Takes off the zone's offset as a fraction of a day and sets TIMEBASE_UTC. The value must be
+  /// Subtracts the zone's offset as a fraction of a day and sets TIMEBASE_UTC. The value must be
   /// LOCAL; this is not checked.
   void localToUtc();
   /// Converts to the given base, between LOCAL and UTC as localToUtc() and utcToLocal() do. False,

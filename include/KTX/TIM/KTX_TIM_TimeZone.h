@@ -51,8 +51,8 @@ class TimeZoneC {
   /// RC_OK when the system knows a zone of that key name, without regard to case, and for an empty
   /// name, which stands for the root of all zones.
   virtual std::uint32_t checkTimeZone(std::wstring const& name) = 0;
-  /// The current zone's bias as text: "GMT", sign, hours and minutes of the bias as stored, each
-  /// with a sign of its own: "GMT+05:00" for 300, "GMT--1:00" for -60, "GMT--5:-30" for -330. Empty
+  /// The current zone's bias as text: "GMT", its sign, then hours and minutes as stored, with their
+  /// own signs once more: "GMT+05:00" for 300, "GMT--1:00" for -60, "GMT--5:-30" for -330. Empty
   /// when there is no zone or its bias cannot be read.
   virtual std::wstring getTimeZoneOffsetText() = 0;
   /// The offset from UTC, in minutes east, that the system has now.
@@ -76,7 +76,7 @@ class TimeZoneC {
   /// Turns a key name or an IANA name of the fixed table into a known key name, in that order; for
   /// any other name gives the first zone of the system with this bias, as findTimeZoneByBias()
   /// does. RC_FAILED when there is none: resolved is then unchanged, or the key name that the table
-  /// gave for a zone that the system lacks.
+  /// gave for a zone that the system lacks. An empty name gives RC_OK and an empty resolved.
   virtual std::uint32_t resolveTimeZone(std::wstring const& name,
                                         std::int32_t bias,
                                         std::wstring& resolved) = 0;

@@ -27,9 +27,10 @@ class KTX_TIM_API UtcLeapSecondProvider : public LeapSecondProviderI {
 
   /// Sets the site value. current and future are counts in seconds; effectivityDate is the
   /// Modified Julian Date of the first day with the future count, below 1 for none. A future of
-  /// 0 or more than 1 from current means that no change is announced. A current of 0 raises an
-  /// assertion and gives RC_FAILED; the provider then answers from its site record (the default
-  /// one when there was none).
+  /// 0 or more than 1 from current means that no change is announced: current is stored as the
+  /// future count, and the day stays as it was, whatever effectivityDate says. A current of 0
+  /// raises an assertion and gives RC_FAILED; the provider then answers from its site record (the
+  /// default one when there was none).
   virtual std::uint32_t setSiteLeapSecond(std::int16_t current,
                                           std::int16_t future,
                                           std::int32_t effectivityDate);

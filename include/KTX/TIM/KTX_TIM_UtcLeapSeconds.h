@@ -23,10 +23,10 @@ struct UtcLeapSecondRecord;
 /// RC_LEAPSECOND_NOT_ACCEPTED when its effectivity lies more than six months after the present, or
 /// when the record held stands against it. A forced record is accepted whatever its effectivity.
 /// The state stays as it was where the record is refused. When the record in force changes,
-/// listeners are told before the call returns. With makeCurrent the present is carried over in GPS
-/// time, so that UTC moves by the change of the count; the correction signal is then emitted inside
-/// the call, with the library-wide lock and the store's lock held. What a listener throws reaches
-/// the caller with the new record in force.
+/// listeners are notified before the call returns. With makeCurrent the present is carried over in
+/// GPS time, so that UTC moves by the change of the count; the correction signal is then emitted
+/// inside the call, with the library-wide lock and the store's lock held. What a listener throws
+/// reaches the caller with the new record in force.
 KTX_TIM_API std::uint32_t setUtcLeapSecond(UtcLeapSecondRecord const& record, bool makeCurrent);
 /// As above with makeCurrent; the effectivity is known when week or day is not 0.
 KTX_TIM_API std::uint32_t setUtcLeapSecond(std::int16_t current,
@@ -44,7 +44,7 @@ KTX_TIM_API std::uint32_t setUtcLeapSecond(std::int16_t current,
 /// wrapped into week 65535, which ends no month, so the validity test always refuses it.
 KTX_TIM_API std::uint32_t setUtcLeapSecond(std::int16_t count);
 
-/// Replaces the satellite or default value without the acceptance rule and without telling
+/// Replaces the satellite or default value without the acceptance rule and without notifying
 /// listeners. Null keeps the count and clears the rest. RC_INVALID_LEAPSECOND, and no change, for
 /// an invalid or a forced record.
 KTX_TIM_API std::uint32_t resetSatelliteLeapSecond(UtcLeapSecondRecord const* record = nullptr);
