@@ -5,6 +5,7 @@ import os
 import pathlib
 import re
 import tempfile
+import time
 import unittest
 
 import tool_runner
@@ -114,7 +115,7 @@ class ControlCharacters(unittest.TestCase):
                           ("replay", "--leap-file", self.EVIL, SAMPLES / "isync.log"), ("watch", self.EVIL),
                           ("watch", "gpsd://" + self.EVIL), ("convert", self.EVIL), ("convert", "--to", self.EVIL, "1"),
                           ("leap", "check", self.EVIL), ("leap", "load", self.EVIL), ("leap", self.EVIL),
-                          ("zone", "show", self.EVIL), ("zone", "map", self.EVIL)):
+                          ("zone", "show", self.EVIL), ("zone", "map", self.EVIL), ("zone", "resolve", self.EVIL)):
             with self.subTest(arguments=arguments):
                 result = run(*arguments)
                 self.assertNotEqual(0, result.returncode)
@@ -339,6 +340,39 @@ class Leap(unittest.TestCase):
         self.assertEqual({"utc": "2017-01-01T00:00:00.000Z", "gps_minus_utc": 18, "week": 1929, "day": 7},
                          shown["entries"][-1])
 
+    def test_an_expired_list_is_reported(self):
+        now = int(time.time())
+        for form, epoch in (("#@ {}\n2272060800 10\n", 2208988800), ("Leap 2016 Dec 31 23:59:60 + S\n#expires {}\n", 0)):
+            for expiry, word in ((now - 60, "expired"), (now + 3600, "expires")):
+                with self.subTest(form=form, word=word):
+                    list_file = self.file(form.format(expiry + epoch))
+                    shown = datetime.datetime.utcfromtimestamp(expiry).strftime("%Y-%m-%dT%H:%M:%S.000Z")
+                    self.assertIn(f"\n{word} {shown}\n", run("leap", "check", list_file).stdout)
+                    whole = json_lines(run("leap", "check", "--json", list_file).stdout)[0]
+                    self.assertEqual((shown, word == "expired"), (whole["expires"], whole["expired"]))
+
+    def test_a_file_that_may_be_cut_is_loaded_by_force_alone(self):
+        lines = "; comment\n18,19,2036,1"
+        for text in (lines, "18,19,2036,1\n; cut", "x" * 2_000_000):
+            with self.subTest(text=text[:30]):
+                name = self.file(text)
+                result = run("leap", "load", name)
+                self.assertEqual((1, ""), (result.returncode, result.stdout))
+                self.assertEqual(f"vortime: the last line of {name} has no line end; the file may have been cut, and only "
+                                 "--force takes it\n", result.stderr)
+                self.assertIn("leap load refuses it", run("leap", "check", name).stderr)
+        self.assertEqual((0, 19), self.load(self.file(lines), "--force"))
+        for whole in (lines + "\n", lines + "\r\n", lines + "\n" + "; more\n" * 200_000):
+            with self.subTest(whole=whole[:60]):
+                name = self.file(whole)
+                self.assertEqual("", run("leap", "check", name).stderr)
+                self.assertEqual(run("leap", "load", name, "--force").stdout, run("leap", "load", name).stdout)
+        self.assertEqual(self.load(self.file(lines + "\n")), self.load(self.file(lines + "\n" + "; more\n" * 200_000)))
+
+    def load(self, name, *options):
+        result = run("leap", "load", "--json", name, *options)
+        return result.returncode, json_lines(result.stdout)[0]["after"]["future"]
+
     def test_a_forced_leap_second_in_a_replay(self):
         summary = json_lines(run("replay", "-q", "--json", "--leap-file", self.file("20,20,1929,7\n"),
                                  SAMPLES / "isync.log").stdout)[-1]
@@ -358,15 +392,51 @@ class Zone(unittest.TestCase):
         self.assertEqual("W. Europe Standard Time\n", run("zone", "map", "Europe/Berlin").stdout)
         self.assertEqual("Europe/Berlin\n", run("zone", "map", "W. Europe Standard Time").stdout)
         self.assertEqual("W. Europe Standard Time\n", run("zone", "resolve", "Europe/Berlin").stdout)
-        resolved = json_lines(run("zone", "resolve", "Nowhere", "--bias", "-540", "--json").stdout)[0]["resolved"]
-        self.assertEqual(-540, json_lines(run("zone", "show", "--json", resolved).stdout)[0]["bias_minutes"])
+        self.assertEqual("W. Europe Standard Time\n", run("zone", "resolve", "W. Europe Standard Time").stdout)
+        self.assertEqual([{"name": "Europe/Berlin", "resolved": "W. Europe Standard Time", "by": "name"}],
+                         json_lines(run("zone", "resolve", "--json", "Europe/Berlin").stdout))
+
+    def test_resolve_falls_back_on_a_bias_that_is_given_and_says_so(self):
+        for bias in ("-540", "0", "-60"):
+            with self.subTest(bias=bias):
+                answer = json_lines(run("zone", "resolve", "Nowhere", "--bias", bias, "--json").stdout)[0]
+                self.assertEqual(("Nowhere", "bias"), (answer["name"], answer["by"]))
+                zone = json_lines(run("zone", "show", "--json", answer["resolved"]).stdout)[0]
+                self.assertEqual(int(bias), zone["bias_minutes"])
+                result = run("zone", "resolve", "Nowhere", "--bias", bias)
+                self.assertEqual((0, f"{answer['resolved']} (by the bias {bias} min; the name Nowhere is unknown)\n"),
+                                 (result.returncode, result.stdout))
+        # A name that is known needs no bias.
+        self.assertEqual("W. Europe Standard Time\n", run("zone", "resolve", "Europe/Berlin", "--bias", "-540").stdout)
 
     def test_unknown_names_end_with_1(self):
-        for arguments in (("show", "Nowhere"), ("map", "Nowhere"), ("resolve", "Nowhere", "--bias", "7"), ("show", "")):
-            with self.subTest(arguments=arguments):
-                result = run("zone", *arguments)
-                self.assertEqual((1, ""), (result.returncode, result.stdout))
-                self.assertTrue(re.match("vortime: n", result.stderr), result.stderr)
+        unknown = "neither a Windows nor an IANA zone name of the table: "
+        for arguments, text in ((("show", "Nowhere"), "no zone of the system has the key name Nowhere"),
+                                (("map", "Nowhere"), unknown + "Nowhere"),
+                                (("resolve", "Nowhere"), "no zone has the name Nowhere"),
+                                (("resolve", "europe/berlin"), "no zone has the name europe/berlin"),
+                                (("resolve", "Factory"), "no zone has the name Factory"),
+                                (("resolve", "Tokyo Standard Time\\"), "no zone has the name Tokyo Standard Time\\"),
+                                (("resolve", "Nowhere", "--bias", "7"), "no zone has the name Nowhere or the bias 7 min"),
+                                (("show", ""), "a zone name must not be empty"), (("map", ""), "a zone name must not be empty"),
+                                (("resolve", ""), "a zone name must not be empty"),
+                                (("resolve", "", "--bias", "0"), "a zone name must not be empty")):
+            for json in ((), ("--json",)):
+                with self.subTest(arguments=arguments, json=json):
+                    result = run("zone", *arguments, *json)
+                    self.assertEqual((1, "", f"vortime: {text}\n"), (result.returncode, result.stdout, result.stderr))
+
+    def test_resolve_answers_what_it_knows_alone(self):
+        """Key names by themselves, IANA names of the table by their key name, and none of their neighbours."""
+        for zone in json_lines(run("zone", "list", "--json").stdout)[::25]:
+            with self.subTest(zone=zone["name"]):
+                for name in filter(None, (zone["name"], zone["iana"])):
+                    answer = json_lines(run("zone", "resolve", "--json", name).stdout)[0]
+                    self.assertEqual("name", answer["by"])
+                    self.assertEqual(zone["iana"], json_lines(run("zone", "show", "--json", answer["resolved"]).stdout)[0]["iana"])
+                for name in (zone["name"] + "x", zone["name"][1:], zone["iana"] + "x", zone["iana"][:-1] + " "):
+                    result = run("zone", "resolve", name)
+                    self.assertEqual((1, ""), (result.returncode, result.stdout))
 
     def test_current(self):
         shown = json_lines(run("zone", "current", "--json", env=dict(os.environ, TZ="Asia/Tokyo")).stdout)[0]

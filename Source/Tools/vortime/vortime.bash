@@ -14,7 +14,7 @@ _vortime() {
       watch) words="$run --baud --set-clock --trust --max-step gpsd://" ;;
       now) words="--json --help" ;;
       convert) words="--from --to --json --help" ;;
-      leap) words="show check load --json --help" ;;
+      leap) words="show check load --force --json --help" ;;
       zone) words="list current show map resolve --bias --json --help" ;;
     esac
   fi

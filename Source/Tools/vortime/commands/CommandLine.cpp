@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <sstream>
 
 #include "commands/ConvertCommand.h"
@@ -191,8 +192,11 @@ void addLeap(CLI::App& parent, CommandsT& commands) {
       check, [path, isJson](int results) { return runLeapCheck(*path, *isJson, results); });
   CLI::App* const load = leap.add_subcommand("load", "Force the leap second of a leap second file");
   load->add_option("FILE", *path, "File")->required();
-  commands.emplace_back(
-      load, [path, isJson](int results) { return runLeapLoad(*path, *isJson, results); });
+  auto isForced = std::make_shared<bool>(false);
+  load->add_flag("--force", *isForced, "Take a file whose last line has no line end");
+  commands.emplace_back(load, [path, isForced, isJson](int results) {
+    return runLeapLoad(*path, *isForced, *isJson, results);
+  });
   commands.emplace_back(&leap, [isJson](int results) { return runLeapShow(*isJson, results); });
 }
 
@@ -202,7 +206,7 @@ void addZone(CLI::App& parent, CommandsT& commands) {
   auto const isJson = addJsonFlag(zone);
   zone.fallthrough();
   auto name = std::make_shared<std::string>();
-  auto bias = std::make_shared<std::int32_t>(0);
+  auto bias = std::make_shared<std::optional<std::int32_t>>();
   auto const add = [&](char const* command, char const* help, RunT const& run) {
     CLI::App* const app = zone.add_subcommand(command, help);
     commands.emplace_back(app, run);
@@ -224,7 +228,10 @@ void addZone(CLI::App& parent, CommandsT& commands) {
     return runZoneResolve(*name, *bias, *isJson, results);
   });
   resolve->add_option("NAME", *name, "Windows or IANA name")->required();
-  resolve->add_option("--bias", *bias, "UTC minus local time to fall back on")
+  resolve
+      ->add_option_function<std::int32_t>(
+          "--bias", [bias](std::int32_t minutes) { *bias = minutes; },
+          "For an unknown name, answer the first zone with this UTC minus local time")
       ->type_name("MINUTES");
 }
 

@@ -1,6 +1,7 @@
 #include "commands/LeapCommand.h"
 
 #include <array>
+#include <string_view>
 
 #include "KTX/TIM/KTX_TIM_ClockFactory.h"
 #include "KTX/TIM/KTX_TIM_Gps.h"
@@ -57,20 +58,34 @@ char const* resultText(std::uint32_t code) {
   }
 }
 
-bool readWhole(std::string const& path, std::string& content) {
+struct LeapFileC {
+  std::string beginning;     // the whole file where it has no more than MAX_LIST bytes
+  bool isWhole = true;       // beginning is the whole file
+  bool isLastEnded = false;  // the last line has its line end
+};
+
+// Says on standard error why a file cannot be read.
+bool readLeapFile(std::string const& path, LeapFileC& file) {
   InputFileC input;
-  if (!input.open(path)) {
-    printError("cannot read " + path + ": " + input.errorText());
-    return false;
-  }
+  bool const isOpen = input.open(path);
   std::array<char, 65536> buffer;
-  while (!input.isAtEnd() && content.size() < MAX_LIST) {
-    content.append(buffer.data(), input.read(buffer.data(), buffer.size()));
+  // What is no regular file, and has no size, can be endless.
+  while (isOpen && !input.isAtEnd() && (file.isWhole || input.size() != 0)) {
+    std::string_view const chunk(buffer.data(), input.read(buffer.data(), buffer.size()));
+    file.isLastEnded = chunk.empty() ? file.isLastEnded : chunk.back() == '\n';
+    std::size_t const room = MAX_LIST - file.beginning.size();
+    file.beginning += chunk.substr(0, room);
+    file.isWhole = file.isWhole && chunk.size() <= room;
   }
   if (input.hasFailed()) {
     printError("cannot read " + path + ": " + input.errorText());
   }
   return !input.hasFailed();
+}
+
+// A number at the end of a file that was cut can be read as another number.
+bool mayBeCut(LeapFileC const& file) {
+  return !file.beginning.empty() && !file.isLastEnded;
 }
 
 // The effectivity day of a change: the day before it. False for one before the GPS epoch.
@@ -139,7 +154,7 @@ std::string listJson(LeapListC const& list, bool isExpired) {
 ExitCodeE checkList(LeapListC const& list, bool isJson, int resultDescriptor) {
   std::int64_t const nowUnixMs =
       TIM::createClock<boost::milli>(TIM::CLOCKTYPE_POSIX, TIM::CLOCKREF_UTC)->now().count();
-  bool const isExpired = list.hasExpiry && list.expiryUnixMs <= nowUnixMs;
+  bool const isExpired = list.isExpired(nowUnixMs);
   return writeResults(isJson ? listJson(list, isExpired) : listText(list, isExpired),
                       resultDescriptor);
 }
@@ -187,21 +202,30 @@ ExitCodeE runLeapShow(bool isJson, int resultDescriptor) {
 }
 
 ExitCodeE runLeapCheck(std::string const& path, bool isJson, int resultDescriptor) {
-  std::string content;
-  if (!readWhole(path, content)) {
+  LeapFileC file;
+  if (!readLeapFile(path, file)) {
     return EXIT_BAD_INPUT;
   }
   LeapListC list;
-  if (readLeapList(content, list)) {
+  if (file.isWhole && readLeapList(file.beginning, list)) {
     return checkList(list, isJson, resultDescriptor);
+  }
+  if (mayBeCut(file)) {
+    printError("note: the last line of " + path +
+               " has no line end; the file may have been cut, and leap load refuses it");
   }
   return loadFile(path, false, isJson, resultDescriptor);
 }
 
-ExitCodeE runLeapLoad(std::string const& path, bool isJson, int resultDescriptor) {
-  std::string content;
-  if (!readWhole(path, content)) {
+ExitCodeE runLeapLoad(std::string const& path, bool isForced, bool isJson, int resultDescriptor) {
+  LeapFileC file;
+  if (!readLeapFile(path, file)) {
     return EXIT_BAD_INPUT;
+  }
+  if (mayBeCut(file) && !isForced) {
+    printError("the last line of " + path +
+               " has no line end; the file may have been cut, and only --force takes it");
+    return EXIT_NOTHING_FOUND;
   }
   return loadFile(path, true, isJson, resultDescriptor);
 }

@@ -16,6 +16,8 @@ namespace {
 
 constexpr std::size_t NAME_WIDTH = 35;
 
+constexpr char const* EMPTY_NAME = "a zone name must not be empty";
+
 ExitCodeE fail(std::string const& text) {
   printError(text);
   return EXIT_NOTHING_FOUND;
@@ -25,6 +27,26 @@ std::string ianaOf(std::wstring const& windowsName) {
   std::wstring iana;
   TIM::getIanaZoneName(windowsName, iana);
   return narrowText(iana);
+}
+
+// False for a name that is no zone of the system.
+bool readZone(std::wstring const& name, std::wstring& display, std::int32_t& bias) {
+  TIM::TimeZoneC& zones = TIM::getTimeZoneInstance();
+  // A backslash would lead to a key inside that of a zone.
+  return !name.empty() && name.find(L'\\') == std::wstring::npos &&
+         zones.getTimeZoneDisplayName(name, display) == TIM::RC_OK &&
+         zones.getTimeZoneBias(name, bias) == TIM::RC_OK;
+}
+
+// The key name for a Windows or IANA name; the library's own search would fall back on the bias.
+bool findZone(std::wstring const& name, std::wstring& keyName) {
+  std::wstring display;
+  std::int32_t bias = 0;
+  if (readZone(name, display, bias)) {
+    keyName = name;
+    return true;
+  }
+  return TIM::getWindowsZoneName(name, keyName) == TIM::RC_OK && readZone(keyName, display, bias);
 }
 
 }  // namespace
@@ -74,12 +96,13 @@ ExitCodeE runZoneCurrent(bool isJson, int resultDescriptor) {
 }
 
 ExitCodeE runZoneShow(std::string const& name, bool isJson, int resultDescriptor) {
-  TIM::TimeZoneC& zones = TIM::getTimeZoneInstance();
+  if (name.empty()) {
+    return fail(EMPTY_NAME);
+  }
   std::wstring const wide = wideFileName(name);
   std::wstring display;
   std::int32_t bias = 0;
-  if (name.empty() || zones.getTimeZoneDisplayName(wide, display) != TIM::RC_OK ||
-      zones.getTimeZoneBias(wide, bias) != TIM::RC_OK) {
+  if (!readZone(wide, display, bias)) {
     return fail("no zone of the system has the key name " + name);
   }
   std::string const text = isJson ? JsonLineC()
@@ -97,6 +120,9 @@ ExitCodeE runZoneShow(std::string const& name, bool isJson, int resultDescriptor
 }
 
 ExitCodeE runZoneMap(std::string const& name, bool isJson, int resultDescriptor) {
+  if (name.empty()) {
+    return fail(EMPTY_NAME);
+  }
   std::wstring const wide = wideFileName(name);
   std::wstring mapped;
   bool const isIana = TIM::getWindowsZoneName(wide, mapped) == TIM::RC_OK;
@@ -112,18 +138,34 @@ ExitCodeE runZoneMap(std::string const& name, bool isJson, int resultDescriptor)
 }
 
 ExitCodeE runZoneResolve(std::string const& name,
-                         std::int32_t bias,
+                         std::optional<std::int32_t> bias,
                          bool isJson,
                          int resultDescriptor) {
-  std::wstring resolved;
-  if (TIM::getTimeZoneInstance().resolveTimeZone(wideFileName(name), bias, resolved) !=
-      TIM::RC_OK) {
-    return fail("no zone has the name " + name + " or the bias " + std::to_string(bias));
+  if (name.empty()) {
+    return fail(EMPTY_NAME);
   }
-  std::string const text =
-      isJson ? JsonLineC().text("name", name).text("resolved", narrowText(resolved)).str() + '\n'
-             : visible(narrowText(resolved)) + '\n';
-  return writeResults(text, resultDescriptor);
+  std::wstring resolved;
+  bool const isByName = findZone(wideFileName(name), resolved);
+  if (!isByName && !bias) {
+    return fail("no zone has the name " + name);
+  }
+  if (!isByName && TIM::getTimeZoneInstance().findTimeZoneByBias(*bias, resolved) != TIM::RC_OK) {
+    return fail("no zone has the name " + name + " or the bias " + std::to_string(*bias) + " min");
+  }
+  std::string text;
+  if (isJson) {
+    text = JsonLineC()
+               .text("name", name)
+               .text("resolved", narrowText(resolved))
+               .text("by", isByName ? "name" : "bias")
+               .str();
+  } else {
+    text = visible(narrowText(resolved));
+    text += isByName ? ""
+                     : " (by the bias " + std::to_string(*bias) + " min; the name " +
+                           visible(name) + " is unknown)";
+  }
+  return writeResults(text + '\n', resultDescriptor);
 }
 
 }  // namespace KTX::VORTIME

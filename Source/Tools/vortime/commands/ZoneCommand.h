@@ -2,6 +2,7 @@
 #define KTX_VORTIME_ZONECOMMAND_H
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "system/ExitCode.h"
@@ -16,9 +17,10 @@ ExitCodeE runZoneCurrent(bool isJson, int resultDescriptor);
 ExitCodeE runZoneShow(std::string const& name, bool isJson, int resultDescriptor);
 /// Translates between Windows and IANA names, in either direction.
 ExitCodeE runZoneMap(std::string const& name, bool isJson, int resultDescriptor);
-/// Turns any accepted name into a Windows key name, falling back on the bias.
+/// Turns a Windows or IANA name into a Windows key name. For a name that is unknown, and only with
+/// a bias (UTC minus local time in minutes), answers the first zone of that bias and says so.
 ExitCodeE runZoneResolve(std::string const& name,
-                         std::int32_t bias,
+                         std::optional<std::int32_t> bias,
                          bool isJson,
                          int resultDescriptor);
 

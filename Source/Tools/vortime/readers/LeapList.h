@@ -21,6 +21,9 @@ struct LeapListC {
   std::int64_t updateUnixMs = 0;
   bool hasExpiry = false;
   std::int64_t expiryUnixMs = 0;
+
+  /// True from the moment of its expiry on; false for a list that states none.
+  bool isExpired(std::int64_t unixMs) const { return hasExpiry && unixMs >= expiryUnixMs; }
 };
 
 /// Reads a list by its content. False for a text that is none.
