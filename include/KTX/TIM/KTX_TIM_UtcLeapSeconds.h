@@ -52,9 +52,9 @@ KTX_TIM_API std::uint32_t resetSatelliteLeapSecond(UtcLeapSecondRecord const* re
 /// Reads a leap second file and sets the value of its first usable line as a forced one.
 /// RC_FAILED when the file cannot be opened or read, is not a regular file, is empty, or has no
 /// usable line among its first 100 (one of more than 4 MiB is not usable); else the result of the
-/// setter. The state stays as it was on failure. A line without its line end counts as well, so a
-/// file that was cut off inside "18,19,2036,12" and ends in "18,19,2036,1" sets another day: check
-/// the file's end first where that can happen.
+/// setter. The state stays as it was on failure. A last line without its line end counts
+/// as well: where "18,19,2036-12-31" was cut off as "18,19,2036-1" it means GPS week 2036, day 1.
+/// Check the end of the file first where that can happen.
 KTX_TIM_API std::uint32_t loadLeapSecondFile(std::wstring const& path, bool makeCurrent);
 
 /// The statement in force; record.current is the count to use at time. Always 0.
