@@ -14,6 +14,7 @@
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
+#include "common/KTX_TIM_FakePresent.h"
 #include "common/KTX_TIM_LockOrder.h"
 #include "common/KTX_TIM_LogCapture.h"
 #include "common/KTX_TIM_TempFolder.h"
@@ -136,6 +137,19 @@ TEST_F(LeapSecondLocks, AreBothHeldWhileTheCorrectionOfACarryOverIsAnnounced) {
   setUtcLeapSecond(withdrawForcedRecord(), false);
   EXPECT_EQ(1U, seen.size());
   EXPECT_THAT(order.violations(), IsEmpty());
+}
+
+// Before the store's lock is taken: the present of a setter is the one that it found.
+TEST_F(LeapSecondLocks, OfTheLibraryAloneIsHeldWhileASetterReadsThePresent) {
+  FakePresentC const clocks;
+  std::vector<HeldC> seen;
+  clocks.steady->setHook([&seen] { seen.push_back(held()); });
+  setUtcLeapSecond(forced17, true);
+  ASSERT_THAT(seen, Not(IsEmpty()));
+  // Once by the setter, once more by the reading itself.
+  EXPECT_EQ((HeldC{2, 1}), seen.front());
+  EXPECT_EQ(LIBRARY_AND_STORE.all, seen.back().all) << "the carry-over";
+  setUtcLeapSecond(withdrawForcedRecord(), false);
 }
 
 TEST_F(LeapSecondLocks, AreBothHeldWhileASetterLogs) {

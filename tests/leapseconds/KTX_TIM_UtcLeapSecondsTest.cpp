@@ -644,6 +644,23 @@ TEST_F(UtcLeapSecondsOfThePresent, AreCarriedOverAsAnObservationWithoutNoise) {
                                                    ::testing::HasSubstr("000d (0ms)\n"))));
 }
 
+TEST_F(UtcLeapSecondsOfThePresent, AreCarriedOverToTheMillisecond) {
+  for (int const ms : {0, 1, 4, 5, 9, 123, 995, 999}) {
+    SCOPED_TRACE(ms);
+    setUtcLeapSecond(withdrawForcedRecord(), false);
+    present.set(1709798945000 + ms);
+    corrections.clear();
+    auto const now = static_cast<std::uint32_t>(374963000 + ms);
+    ASSERT_EQ(GPSTimeC(2304, now), GpsC::currentTime());
+    EXPECT_EQ(RC_OK, setUtcLeapSecond(forced17, true));
+    EXPECT_EQ(GPSTimeC(2304, now), GpsC::currentTime());
+    EXPECT_EQ(GPSTimeC(2304, now - 17000), presentUtc());
+    ASSERT_THAT(corrections, SizeIs(1));
+    EXPECT_EQ(374963000 + ms, corrections[0].ms);
+    EXPECT_EQ(1000, corrections[0].changeMs);
+  }
+}
+
 TEST_F(UtcLeapSecondsOfThePresent, AreCarriedOverByEverySetterThatIsNotAsked) {
   EXPECT_EQ(RC_OK, setUtcLeapSecond(17, 17, 1929, 7, LEAPSECOND_FORCED));
   EXPECT_EQ(GPSTimeC(2304, 374963000), GpsC::currentTime());

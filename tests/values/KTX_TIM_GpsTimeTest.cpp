@@ -157,6 +157,39 @@ TEST(GpsTime, TakesACalendarValue) {
   EXPECT_EQ(TIMEBASE_LOCAL, time.getTimeBase());
 }
 
+TEST(GpsTime, TakesACalendarValueAroundTheEpoch) {
+  struct {
+    std::uint16_t year;
+    std::uint8_t month;
+    std::uint8_t day;
+    GPSTimeC expected;
+  } const cases[] = {{1979, 12, 29, {65534, 518400000}},
+                     {1979, 12, 30, {65535, 0}},
+                     {1979, 12, 31, {65535, 86400000}},
+                     {1980, 1, 1, {65535, 172800000}},
+                     {1980, 1, 2, {65535, 259200000}},
+                     {1980, 1, 3, {65535, 345600000}},
+                     {1980, 1, 4, {65535, 432000000}},
+                     {1980, 1, 5, {65535, 518400000}},
+                     {1980, 1, 6, {0, 0}},
+                     {1980, 1, 7, {0, 86400000}},
+                     {1980, 12, 31, {51, 259200000}},
+                     {1981, 1, 1, {51, 345600000}}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(::testing::Message() << c.year << "-" << int{c.month} << "-" << int{c.day});
+    YmdhmsC calendar = YmdhmsC::zero(TIMEBASE_GPS, 1);
+    calendar.year = c.year;
+    calendar.month = c.month;
+    calendar.day = c.day;
+    EXPECT_EQ(c.expected, GpsTimeC(calendar));
+    EXPECT_EQ(c.expected, GpsTimeC(MjdTimeC(calendar)));
+    calendar.hour = 23;
+    calendar.hundredths = 12;
+    calendar.milliseconds = 123;
+    EXPECT_EQ(c.expected + std::int64_t{82800123}, GpsTimeC(calendar));
+  }
+}
+
 TEST(GpsTime, ComparesWithoutTheTimeBase) {
   ScriptedProviderC stub({unknownAnswer(5, 5)});
   GpsTimeC const utc = gpsTimeAt(stub, {5, 1}, TIMEBASE_UTC);
