@@ -1,9 +1,12 @@
+#include <vector>
+
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "KTX/TIM/KTX_TIM_DefaultCurrentTimeProvider.h"
 #include "KTX/TIM/KTX_TIM_Gps.h"
+#include "KTX/TIM/KTX_TIM_Guard.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
@@ -64,6 +67,20 @@ TEST_F(PresentLockOrder, TheObservationStepHoldsTheLockAndTheListenerDoesNot) {
   GpsC(2304, 374963500).makeToCurrentTime(0, 1);
   EXPECT_EQ(1u, heldWhileLogging);
   EXPECT_EQ(0u, heldInListener);
+}
+
+TEST_F(PresentLockOrder, ACallerThatHoldsTheLockStillHoldsItInTheListener) {
+  std::vector<std::size_t> held;
+  boost::signals2::scoped_connection const listener = connectTimeCorrected(
+      [&held](int, int, TimeChangeT) { held.push_back(LockOrderC::heldCount(getTimeLock())); });
+  {
+    Guard const guard(getTimeLock());
+    GpsC(2304, 374963500).makeToCurrentTime(0, 1);
+    Guard const again(getTimeLock());
+    GpsC(2304, 374964500).makeToCurrentTime(0, 1);
+  }
+  GpsC(2304, 374965500).makeToCurrentTime(0, 1);
+  EXPECT_THAT(held, ::testing::ElementsAre(1, 2, 0));
 }
 
 TEST_F(PresentLockOrder, TheTimeSignalTakesNoLibraryLock) {

@@ -1,10 +1,11 @@
 #include "KTX/TIM/KTX_TIM_TimeZoneWindows.h"
 
+#include <chrono>
 #include <cstdint>
+#include <future>
 #include <limits>
 #include <locale>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -13,8 +14,10 @@
 
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_GpsTime.h"
+#include "KTX/TIM/KTX_TIM_Guard.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
+#include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
 #include "common/KTX_TIM_LogCapture.h"
 #include "timezones/KTX_TIM_FakeZoneRegistry.h"
@@ -267,14 +270,19 @@ TEST_F(TimeZoneWindows, EverySubscriberIsCalledInItsOrderUntilItLeaves) {
 
 TEST_F(TimeZoneWindows, ASubscriberFindsTheNewZoneAndNoLockHeld) {
   std::wstring seen;
-  auto const connection = zone.connectTimeZoneChanged([this, &seen] {
-    std::thread([this, &seen] {
+  std::future<void> other;
+  bool isLockFree = false;
+  auto const connection = zone.connectTimeZoneChanged([&] {
+    other = std::async(std::launch::async, [this, &seen] {
+      Guard const guard(getTimeLock());
       zone.getTimeZone(seen);
-      // Changes from another thread need the library-wide lock.
-      zone.setTimeZone(seen);
-    }).join();
+    });
+    // The limit is for a lock that is held: it would be waited for without end.
+    isLockFree = other.wait_for(std::chrono::seconds(10)) == std::future_status::ready;
   });
   EXPECT_EQ(RC_OK, zone.setTimeZone(L"Tokyo Standard Time"));
+  EXPECT_TRUE(isLockFree);
+  other.get();
   EXPECT_EQ(L"Tokyo Standard Time", seen);
   connection.disconnect();
 }
