@@ -4,6 +4,7 @@
 #include <sys/time.h>
 
 #include "Posix/KTX_TIM_ZoneTree.h"
+#include "support/KTX_TIM_ProcessObject.h"
 
 namespace KTX::TIM {
 
@@ -108,8 +109,8 @@ class PosixSystemCallsC : public SystemCallsI {
 }  // namespace
 
 SystemCallsI& operatingSystemCalls() {
-  static PosixSystemCallsC calls;
-  return calls;
+  static ProcessObjectC<PosixSystemCallsC> calls;
+  return *calls;
 }
 
 }  // namespace KTX::TIM

@@ -1,6 +1,7 @@
 #include "currenttime/KTX_TIM_PosixClock.h"
 
 #include <limits>
+#include <type_traits>
 
 #include <boost/date_time/gregorian/greg_date.hpp>
 #include <boost/date_time/microsec_time_clock.hpp>
@@ -44,6 +45,9 @@ bool isWithoutCalendar(ClockReferenceE reference) {
 }
 
 }  // namespace
+
+// The end of the process leaves it as it is.
+static_assert(std::is_trivially_destructible_v<ptime>);
 
 template <class Period>
 ptime const& posixEpoch() {

@@ -13,6 +13,7 @@
 #include "currenttime/KTX_TIM_TimeText.h"
 #include "support/KTX_TIM_LogChannels.h"
 #include "support/KTX_TIM_Numeric.h"
+#include "support/KTX_TIM_ProcessObject.h"
 
 namespace KTX::TIM {
 
@@ -40,8 +41,8 @@ std::unique_ptr<SysTimeOffsetT> makeSystemOffset() {
 }
 
 std::unique_ptr<SysTimeOffsetT>& processInstance() {
-  static std::unique_ptr<SysTimeOffsetT> instance = makeSystemOffset();
-  return instance;
+  static ProcessObjectC<std::unique_ptr<SysTimeOffsetT>> instance(makeSystemOffset());
+  return *instance;
 }
 
 posix_time::ptime epochOf(ClockI<boost::milli> const& clock) {

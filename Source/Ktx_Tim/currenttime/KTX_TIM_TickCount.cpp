@@ -2,6 +2,7 @@
 
 #include "KTX/TIM/KTX_TIM_ClockFactory.h"
 #include "currenttime/KTX_TIM_TickCountOf.h"
+#include "support/KTX_TIM_ProcessObject.h"
 
 namespace KTX::TIM {
 
@@ -10,8 +11,9 @@ std::uint32_t tickCountOf(ClockI<boost::milli> const& clock) {
 }
 
 std::uint32_t getTickCountMs() {
-  static auto const clock = createClock<boost::milli>(CLOCKTYPE_STEADY, CLOCKREF_DEFAULT);
-  return tickCountOf(*clock);
+  static ProcessObjectC<boost::shared_ptr<ClockI<boost::milli>>> clock(
+      createClock<boost::milli>(CLOCKTYPE_STEADY, CLOCKREF_DEFAULT));
+  return tickCountOf(**clock);
 }
 
 }  // namespace KTX::TIM

@@ -3,6 +3,7 @@
 #include <boost/make_shared.hpp>
 
 #include "support/KTX_TIM_PermanentSlot.h"
+#include "support/KTX_TIM_ProcessObject.h"
 
 namespace KTX::TIM {
 
@@ -26,13 +27,14 @@ boost::signals2::connection connectTimeSignal(TimeSignalSlot const& slot) {
 }
 
 boost::shared_ptr<TimeCorrectedSignalT> const& timeCorrectedSignal() {
-  static boost::shared_ptr<TimeCorrectedSignalT> const signal = makeSignal<TimeCorrectedSignalT>();
-  return signal;
+  static ProcessObjectC<boost::shared_ptr<TimeCorrectedSignalT>> signal(
+      makeSignal<TimeCorrectedSignalT>());
+  return *signal;
 }
 
 boost::shared_ptr<TimeSignalT> const& timeSignal() {
-  static boost::shared_ptr<TimeSignalT> const signal = makeSignal<TimeSignalT>();
-  return signal;
+  static ProcessObjectC<boost::shared_ptr<TimeSignalT>> signal(makeSignal<TimeSignalT>());
+  return *signal;
 }
 
 }  // namespace KTX::TIM

@@ -21,6 +21,7 @@
 #include "leapseconds/KTX_TIM_LeapSecondRules.h"
 #include "support/KTX_TIM_LogChannels.h"
 #include "support/KTX_TIM_PermanentSlot.h"
+#include "support/KTX_TIM_ProcessObject.h"
 #include "support/KTX_TIM_ThreadId.h"
 
 namespace KTX::TIM {
@@ -106,8 +107,8 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
 
 // Inline: every value that is built asks for it.
 inline UtcLeapSecondStore& leapSecondStore() {
-  static UtcLeapSecondStore store;
-  return store;
+  static ProcessObjectC<UtcLeapSecondStore> store;
+  return *store;
 }
 
 void logNotAccepted(UtcLeapSecondRecord const& incoming, UtcLeapSecondRecord const& held) {

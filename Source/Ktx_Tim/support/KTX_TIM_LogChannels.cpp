@@ -1,37 +1,39 @@
 #include "support/KTX_TIM_LogChannels.h"
 
+#include "support/KTX_TIM_ProcessObject.h"
+
 namespace KTX::TIM {
 
 using KTX::DBG::DbgLogFileC;
 
 DbgLogFileC& timeLog() {
-  static DbgLogFileC channel("Time");
-  return channel;
+  static ProcessObjectC<DbgLogFileC> channel("Time");
+  return *channel;
 }
 
 DbgLogFileC& offsetLog() {
-  static DbgLogFileC channel("TimeEstimator");
-  return channel;
+  static ProcessObjectC<DbgLogFileC> channel("TimeEstimator");
+  return *channel;
 }
 
 DbgLogFileC& estimatorLog() {
-  static DbgLogFileC channel("TimeEstimator");
-  return channel;
+  static ProcessObjectC<DbgLogFileC> channel("TimeEstimator");
+  return *channel;
 }
 
 DbgLogFileC& estimatorDataLog() {
-  static DbgLogFileC channel("TimeEstimatorData");
-  return channel;
+  static ProcessObjectC<DbgLogFileC> channel("TimeEstimatorData");
+  return *channel;
 }
 
 DbgLogFileC& ymdhmsLog() {
-  static DbgLogFileC channel("TimeYmdhms");
-  return channel;
+  static ProcessObjectC<DbgLogFileC> channel("TimeYmdhms");
+  return *channel;
 }
 
 DbgLogFileC& leapSecondLog() {
-  static DbgLogFileC channel("Time");
-  return channel;
+  static ProcessObjectC<DbgLogFileC> channel("Time");
+  return *channel;
 }
 
 void openLogChannels() {

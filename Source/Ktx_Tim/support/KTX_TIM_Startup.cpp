@@ -1,4 +1,5 @@
-// What the library builds while it is loaded, in this order; unload destroys it in reverse.
+// What the library builds while it is loaded, in this order; unload destroys it in reverse, and the
+// end of the process leaves it as it is (support/KTX_TIM_ProcessObject.h).
 //
 // Each object lives in the accessor of the file that owns it, so an earlier use is safe too. The
 // system's loader may hold its lock meanwhile: no registry, no waiting, no thread here.

@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "support/KTX_TIM_ProcessObject.h"
+
 namespace KTX::TIM {
 
 namespace {
@@ -91,8 +93,8 @@ class WindowsSystemCallsC : public SystemCallsI {
 }  // namespace
 
 SystemCallsI& operatingSystemCalls() {
-  static WindowsSystemCallsC calls;
-  return calls;
+  static ProcessObjectC<WindowsSystemCallsC> calls;
+  return *calls;
 }
 
 }  // namespace KTX::TIM

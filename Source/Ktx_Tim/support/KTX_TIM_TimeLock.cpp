@@ -1,12 +1,13 @@
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 
 #include "KTX/TIM/KTX_TIM_Mutex.h"
+#include "support/KTX_TIM_ProcessObject.h"
 
 namespace KTX::TIM {
 
 Lock& getTimeLock() {
-  static Mutex mutex;
-  return mutex;
+  static ProcessObjectC<Mutex> mutex;
+  return *mutex;
 }
 
 // One function under two names, and so under two ordinals.

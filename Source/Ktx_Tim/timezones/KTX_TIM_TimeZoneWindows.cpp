@@ -11,6 +11,7 @@
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_WindowsZoneNames.h"
 #include "support/KTX_TIM_PermanentSlot.h"
+#include "support/KTX_TIM_ProcessObject.h"
 #include "support/KTX_TIM_SystemCalls.h"
 #include "timezones/KTX_TIM_CodeUnits.h"
 #include "timezones/KTX_TIM_RootTimeZoneRegistryKeyWrapper.h"
@@ -335,8 +336,8 @@ void TimeZoneWindowsC::emitTimeZoneChanged() {
 }
 
 TimeZoneC& getTimeZoneInstance() {
-  static TimeZoneWindowsC zone;
-  return zone;
+  static ProcessObjectC<TimeZoneWindowsC> zone;
+  return *zone;
 }
 
 }  // namespace KTX::TIM

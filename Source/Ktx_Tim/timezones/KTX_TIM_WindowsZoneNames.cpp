@@ -3,6 +3,7 @@
 #include <map>
 
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
+#include "support/KTX_TIM_ProcessObject.h"
 #include "timezones/KTX_TIM_WindowsZoneTable.h"
 
 namespace KTX::TIM {
@@ -43,13 +44,13 @@ std::uint32_t lookUp(ZoneNameMapT const& names, std::wstring const& key, std::ws
 }  // namespace
 
 std::uint32_t getWindowsZoneName(std::wstring const& ianaName, std::wstring& windowsName) {
-  static ZoneNameMapT const ianaToWindowsZoneMap = ianaToWindowsZones();
-  return lookUp(ianaToWindowsZoneMap, ianaName, windowsName);
+  static ProcessObjectC<ZoneNameMapT> ianaToWindowsZoneMap(ianaToWindowsZones());
+  return lookUp(*ianaToWindowsZoneMap, ianaName, windowsName);
 }
 
 std::uint32_t getIanaZoneName(std::wstring const& windowsName, std::wstring& ianaName) {
-  static ZoneNameMapT const windowsToIanaZoneMap = windowsToIanaZones();
-  return lookUp(windowsToIanaZoneMap, windowsName, ianaName);
+  static ProcessObjectC<ZoneNameMapT> windowsToIanaZoneMap(windowsToIanaZones());
+  return lookUp(*windowsToIanaZoneMap, windowsName, ianaName);
 }
 
 }  // namespace KTX::TIM
