@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "output/JsonReport.h"
+#include "replay/LeapHistory.h"
 #include "replay/Observation.h"
 
 namespace KTX::VORTIME::TEST {
@@ -22,11 +23,11 @@ TimeEventC eventAt(std::string_view message) {
 class TextReport : public ::testing::Test {
  protected:
   // The line of an observation without its line end.
-  std::string observationLine(TimeEventC const& event, std::int64_t differenceMs) {
+  std::string observationLine(TimeEventC const& event, double differenceMs) {
     out.buffer().clear();
     ObservationC const observation(event);
     EstimateStepC step;
-    step.differenceMs = differenceMs;
+    step.exactDifferenceMs = differenceMs;
     report.onObservation(MessageReportC{event, SIGN_NONE, &observation}, 10, step);
     std::string line = out.buffer();
     EXPECT_EQ('\n', line.back());
@@ -43,10 +44,9 @@ TEST_F(TextReport, SeparatesTheColumnsOfWideValues) {
   event.format = FORMAT_UBX;
   event.offset = std::numeric_limits<std::uint64_t>::max();
   event.utc = {3235, 12, 31, 23, 59, 59, 999000000};
-  for (std::int64_t const differenceMs :
-       {std::int64_t{0}, std::int64_t{-12345678}, std::int64_t{-123456789},
-        std::int64_t{1234567890}, std::numeric_limits<std::int64_t>::min()}) {
-    std::istringstream columns(observationLine(event, differenceMs));
+  for (char const* const difference :
+       {"0", "-12345678", "-123456789", "1234567890", "-9223372036854775808"}) {
+    std::istringstream columns(observationLine(event, std::stod(difference)));
     std::string place, message, utc, week, ms, mjd, change, more;
     columns >> place >> message >> utc >> week >> ms >> mjd >> change;
     EXPECT_EQ("@18446744073709551615", place);
@@ -54,8 +54,50 @@ TEST_F(TextReport, SeparatesTheColumnsOfWideValues) {
     EXPECT_EQ("3235-12-31T23:59:59.999Z", utc);
     EXPECT_EQ("65534", week);
     EXPECT_EQ("172817999", ms);
-    EXPECT_EQ(std::to_string(differenceMs), change);
+    EXPECT_EQ(difference, change);
     EXPECT_FALSE(columns >> more);
+  }
+}
+
+TEST_F(TextReport, RoundsTheDifferenceToTheNearestMillisecond) {
+  struct {
+    double differenceMs;
+    char const* shown;
+  } const cases[] = {{0.0, "0"},     {0.4999, "0"},    {-0.4999, "0"},  {0.5, "1"},
+                     {-0.5, "-1"},   {0.999, "1"},     {-0.999, "-1"},  {1.4999, "1"},
+                     {299.9, "300"}, {-299.9, "-300"}, {-299.4, "-299"}};
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.differenceMs);
+    std::string const line = observationLine(eventAt("GPRMC"), c.differenceMs);
+    EXPECT_EQ(c.shown, line.substr(line.rfind(' ') + 1));
+  }
+}
+
+// GPS time by a history that has 15 s before the leap second at the end of June 2012, 16 s after
+// it.
+TEST_F(TextReport, ShowsALeapSecondAsSecond60) {
+  struct {
+    std::int32_t second, nanosecond;
+    char const* utc;
+    char const* week;
+  } const cases[] = {{59, 999000000, "2012-06-30T23:59:59.999Z", "1695       14999"},
+                     {59, 999999999, "2012-07-01T00:00:00.000Z", "1695       16000"},
+                     {60, 0, "2012-06-30T23:59:60.000Z", "1695       15000"},
+                     {60, 400000000, "2012-06-30T23:59:60.400Z", "1695       15400"},
+                     {60, 999000000, "2012-06-30T23:59:60.999Z", "1695       15999"},
+                     {60, 999600000, "2012-07-01T00:00:00.000Z", "1695       16000"}};
+  LeapHistoryC history;
+  report.setLeapSeconds(history);
+  for (auto const& c : cases) {
+    out.buffer().clear();
+    TimeEventC event = eventAt("GPZDA");
+    event.utc = {2012, 6, 30, 23, 59, c.second, c.nanosecond};
+    ObservationC const observation(event);
+    report.onRefusal(MessageReportC{event, SIGN_NONE, &observation}, REFUSAL_LEAP_SECOND);
+    std::string const line = out.buffer();
+    EXPECT_NE(std::string::npos,
+              line.find(std::string("  GPZDA        ") + c.utc + "   " + c.week + "  "))
+        << line;
   }
 }
 

@@ -65,6 +65,23 @@ class MissingLogs(unittest.TestCase):
         self.assertEqual((3, "", 2), (result.returncode, result.stdout, len(result.stderr.splitlines())))
 
 
+class Rounding(unittest.TestCase):
+    def test_the_difference_is_the_nearest_millisecond(self):
+        """The first observation, with a noise of 10 ms, moves the estimate by all but a few millionths of the offset."""
+        for offset in ("-300", "300", "-1", "1"):
+            with self.subTest(offset=offset):
+                objects = json_lines(run("replay", "--json", "--pc-offset", offset, SAMPLES / "telit-he910.log").stdout)
+                first = next(o for o in objects if o["type"] == "observation")
+                self.assertEqual(-int(offset), first["difference_ms"])
+
+    def test_second_60_is_shown_as_such(self):
+        log = "".join(sentence(f"GPZDA,{time},31,12,2016,00,00") for time in ("235959.00", "235960.00", "235960.50"))
+        result = run("replay", "-", input=log)
+        self.assertIn("       2  GPZDA        2016-12-31T23:59:60.000Z   ", result.stdout)
+        self.assertEqual(["2016-12-31T23:59:59.000Z", "2016-12-31T23:59:60.000Z", "2016-12-31T23:59:60.500Z"],
+                         [o["utc"] for o in json_lines(run("replay", "--json", "-", input=log).stdout) if "line" in o])
+
+
 class FirstSlice(unittest.TestCase):
     def test_dated_sentences_show_week_milliseconds_utc_and_day_number(self):
         lines = run("replay", SAMPLES / "isync.log").stdout.splitlines()

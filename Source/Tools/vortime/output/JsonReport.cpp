@@ -1,5 +1,7 @@
 #include "output/JsonReport.h"
 
+#include <cmath>
+
 #include "KTX/TIM/KTX_TIM_LeapSecondSource.h"
 #include "output/TextFormat.h"
 #include "replay/TimeConversion.h"
@@ -185,7 +187,7 @@ void JsonReportC::onObservation(MessageReportC const& message,
   appendTime(message);
   std::string& text = out.buffer();
   appendNumber(text, "noise_ms", noiseMs);
-  appendNumber(text, "difference_ms", step.differenceMs);
+  appendNumber(text, "difference_ms", std::llround(step.exactDifferenceMs));
   appendName(text, "sigma_ms");
   appendShortest(text, step.estimatedSigma * MS_PER_DAY);
   appendSigns(text, message.signs);

@@ -1,5 +1,7 @@
 #include "output/TextReport.h"
 
+#include <cmath>
+
 #include "KTX/TIM/KTX_TIM_LeapSecondSource.h"
 #include "output/RecordText.h"
 #include "output/SummaryText.h"
@@ -112,7 +114,7 @@ void TextReportC::onObservation(MessageReportC const& message,
   beginLine(message);
   appendTime(message);
   std::string number;
-  appendSigned(number, step.differenceMs);
+  appendSigned(number, std::llround(step.exactDifferenceMs));
   appendColumn(out.buffer(), number, 11);
   appendSigns(message.signs);
   out.buffer() += '\n';

@@ -13,13 +13,11 @@ constexpr double CHANGE_THRESHOLD_MS = 51;
 constexpr double MAX_UNCERTAINTY_MS = 55;
 
 // The difference of two mappings of the steady clock, a minus b.
-std::int64_t offsetDifferenceMs(double aMjd,
-                                std::int64_t aSteadyMs,
-                                double bMjd,
-                                std::int64_t bSteadyMs) {
-  double const difference =
-      static_cast<double>(bSteadyMs - aSteadyMs) + aMjd * MS_PER_DAY - bMjd * MS_PER_DAY;
-  return static_cast<std::int64_t>(difference);
+double offsetDifferenceMs(double aMjd,
+                          std::int64_t aSteadyMs,
+                          double bMjd,
+                          std::int64_t bSteadyMs) {
+  return static_cast<double>(bSteadyMs - aSteadyMs) + aMjd * MS_PER_DAY - bMjd * MS_PER_DAY;
 }
 
 }  // namespace
@@ -43,7 +41,8 @@ EstimateStepC const& EstimateMirrorC::observe(double observedMjd,
                                               std::int64_t noiseMs) {
   double sigma = static_cast<double>(noiseMs) / MS_PER_DAY;
   predict(steadyMs);
-  std::int64_t const residualMs = offsetDifferenceMs(observedMjd, steadyMs, x, steadyMs);
+  auto const residualMs =
+      static_cast<std::int64_t>(offsetDifferenceMs(observedMjd, steadyMs, x, steadyMs));
   double const limitMs = sigma * 300.0 * MS_PER_DAY;
   step.isReset = std::fabs(static_cast<double>(residualMs)) > limitMs;
   if (step.isReset) {
@@ -83,7 +82,8 @@ void EstimateMirrorC::update(double observedMjd, double sigma) {
 
 void EstimateMirrorC::decide(std::int64_t steadyMs) {
   step.steadyMs = steadyMs;
-  step.differenceMs = offsetDifferenceMs(x, steadyMs, presentMjd, presentSteadyMs);
+  step.exactDifferenceMs = offsetDifferenceMs(x, steadyMs, presentMjd, presentSteadyMs);
+  step.differenceMs = static_cast<std::int64_t>(step.exactDifferenceMs);
   double const size =
       static_cast<double>(step.differenceMs < 0 ? -step.differenceMs : step.differenceMs);
   step.isCorrected = size / MS_PER_DAY * MS_PER_DAY > CHANGE_THRESHOLD_MS &&

@@ -17,7 +17,8 @@ struct EstimateStepC {
   double estimatedMjd = 0;
   double estimatedSigma = 0;      ///< days
   double correction = 0;          ///< days that this observation moved the estimate
-  std::int64_t differenceMs = 0;  ///< estimate minus the present before this step
+  double exactDifferenceMs = 0;   ///< estimate minus the present before this step
+  std::int64_t differenceMs = 0;  ///< the same, truncated as the library decides by it
   bool isReset = false;           ///< the residual was too large for the noise
   bool isCorrected = false;       ///< the present was moved onto the estimate
   double presentOffsetMs = 0;     ///< how far the present has been moved since the start

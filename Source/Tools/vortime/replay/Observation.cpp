@@ -8,6 +8,8 @@ namespace KTX::VORTIME {
 namespace {
 
 constexpr std::int64_t NS_PER_MS = 1000000;
+constexpr std::int64_t MS_PER_SECOND = 1000;
+constexpr std::uint8_t LEAP_SECOND = 60;
 constexpr std::int64_t FIRST_UNIX_MS = 315964800000;                       // 1980-01-06
 constexpr std::int64_t END_UNIX_MS = FIRST_UNIX_MS + 65535LL * 604800000;  // with a week to spare
 
@@ -26,6 +28,17 @@ std::int64_t roundedUnixMs(CivilTimeC const& time) {
   return secondsSince1970(time) * 1000 + roundedMs(time.nanosecond);
 }
 
+// A leap second is shown as second 60, not as the first second of the next day.
+TIM::YmdhmsC calendarOf(CivilTimeC const& time, std::int64_t unixMs) {
+  if (time.second != LEAP_SECOND) {
+    return utcCalendarOf(unixMs);
+  }
+  TIM::YmdhmsC calendar = utcCalendarOf(unixMs - MS_PER_SECOND);
+  // Milliseconds that were rounded up lead to the next minute.
+  calendar.second = calendar.second == LEAP_SECOND - 1 ? LEAP_SECOND : calendar.second;
+  return calendar;
+}
+
 }  // namespace
 
 ObservationC::ObservationC(TimeEventC const& event)
@@ -38,7 +51,7 @@ ObservationC::ObservationC(TimeEventC const& event)
     statedUnixMs = unixMsOf(calendar);
   } else {
     statedUnixMs = roundedUnixMs(event.utc);
-    calendar = utcCalendarOf(statedUnixMs);
+    calendar = calendarOf(event.utc, statedUnixMs);
   }
 }
 
@@ -51,7 +64,17 @@ double ObservationC::utcDayNumber() const {
 }
 
 TIM::GpsC ObservationC::gps(TIM::LeapSecondProviderI& provider) const {
-  return statesGps ? statedGps : gpsOfUtc(calendar, provider);
+  if (statesGps) {
+    return statedGps;
+  }
+  if (calendar.second != LEAP_SECOND) {
+    return gpsOfUtc(calendar, provider);
+  }
+  TIM::YmdhmsC before(calendar);
+  --before.second;
+  TIM::GpsC gps = gpsOfUtc(before, provider);
+  gps += MS_PER_SECOND;
+  return gps;
 }
 
 double ObservationC::observedDayNumber() const {
