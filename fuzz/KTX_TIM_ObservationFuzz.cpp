@@ -12,8 +12,8 @@
 #include "KTX/TIM/KTX_TIM_TimeConstants.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
-#include "KTX_TIM_PlainFilter.h"
 #include "common/KTX_TIM_FakePresent.h"
+#include "common/KTX_TIM_PlainFilter.h"
 #include "currenttime/KTX_TIM_SysTimeOffset.h"
 
 namespace KTX::TIM::TEST {

@@ -1,6 +1,7 @@
 #include <cstdlib>
 #include <functional>
 #include <limits>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -14,6 +15,7 @@
 #include "KTX/TIM/KTX_TIM_GpsTime.h"
 #include "KTX/TIM/KTX_TIM_Guard.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "KTX/TIM/KTX_TIM_PresentStatus.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
@@ -436,6 +438,8 @@ TEST_F(Observation, AnExceptionOfTheLogLeavesTheLockFreeAndTheFilterAsItWas) {
     other.join();
     EXPECT_TRUE(isFree);
     EXPECT_EQ(GPSTimeC(WEEK, NOW_MS), GpsC::currentTime());
+    EXPECT_EQ(5000 / 8.64e7, getPresentStatus().sigma);
+    EXPECT_EQ(std::nullopt, getPresentStatus().observationAgeMs);
     EXPECT_THAT(corrections, IsEmpty()) << "none is in force that nobody was told of";
   }
 }

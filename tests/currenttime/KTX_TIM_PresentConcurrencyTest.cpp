@@ -1,6 +1,11 @@
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -11,7 +16,9 @@
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_Guard.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "KTX/TIM/KTX_TIM_PresentStatus.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "KTX/TIM/KTX_TIM_TimeEstimate.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
@@ -129,6 +136,52 @@ TEST_F(PresentConcurrency, ListenersComeGoAndCallBack) {
   threads.run();
   EXPECT_EQ(0, broken);
   EXPECT_GT(heard, 0);
+}
+
+TEST_F(PresentConcurrency, EachThreadsStepsComeInOrderAndEveryNumberOnce) {
+  constexpr int OBSERVERS = 3;
+  std::mutex mutex;
+  std::map<std::thread::id, std::vector<std::uint64_t>> numbers;
+  boost::signals2::scoped_connection const connection =
+      connectTimeEstimated([&](TimeEstimateStepC const& step) {
+        std::lock_guard<std::mutex> const guard(mutex);
+        numbers[std::this_thread::get_id()].push_back(step.number);
+      });
+  for (int observer = 0; observer < OBSERVERS; ++observer) {
+    threads.add([observer](int round) { observation(round + observer).makeToCurrentTime(0, 1); });
+  }
+  threads.add([this](int) {
+    PresentStatusC const status = getPresentStatus();
+    broken += status.correctedCount == 0 || status.correctionAgeMs ? 0 : 1;
+  });
+  threads.run();
+  EXPECT_EQ(0, broken);
+  std::set<std::uint64_t> all;
+  for (auto const& entry : numbers) {
+    EXPECT_TRUE(std::is_sorted(entry.second.begin(), entry.second.end()));
+    all.insert(entry.second.begin(), entry.second.end());
+  }
+  EXPECT_EQ(std::size_t{OBSERVERS * ROUNDS}, all.size());
+  EXPECT_EQ(std::uint64_t{OBSERVERS * ROUNDS - 1}, *all.rbegin() - *all.begin());
+}
+
+// A listener hears every step from its connection on: none is lost to the ones that leave.
+TEST_F(PresentConcurrency, AListenerOfStepsThatComesWhileOthersLeaveIsNotForgotten) {
+  threads.add([](int round) { observation(round).makeToCurrentTime(0, 1); });
+  for (int listener = 0; listener < 2; ++listener) {
+    threads.add([this](int round) {
+      // Another thread may still be inside the listener after it was disconnected.
+      auto const heard = std::make_shared<std::atomic<int>>(0);
+      boost::signals2::scoped_connection const connection =
+          connectTimeEstimated([heard, id = std::this_thread::get_id()](TimeEstimateStepC const&) {
+            *heard += std::this_thread::get_id() == id ? 1 : 0;
+          });
+      observation(round).makeToCurrentTime(0, 1);
+      broken += *heard == 1 ? 0 : 1;
+    });
+  }
+  threads.run();
+  EXPECT_EQ(0, broken);
 }
 
 TEST_F(PresentConcurrency, TheLinesOfOneObservationStandTogether) {

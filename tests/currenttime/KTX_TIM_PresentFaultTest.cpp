@@ -11,8 +11,10 @@
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_Guard.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "KTX/TIM/KTX_TIM_PresentStatus.h"
 #include "KTX/TIM/KTX_TIM_SystemTime.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "KTX/TIM/KTX_TIM_TimeEstimate.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
 #include "common/KTX_TIM_AllocationFault.h"
@@ -192,6 +194,13 @@ TEST_F(PresentFault, Connecting) {
   EXPECT_GT(failedToListen, 0u);
   EXPECT_TRUE(connection.connected());
   connection.disconnect();
+  TimeEstimatedSlot const estimated([](TimeEstimateStepC const&) {});
+  std::size_t const failedToFollow =
+      sweepAllocationFaults([&] { connection = connectTimeEstimated(estimated); },
+                            [](std::ptrdiff_t balance) { EXPECT_LE(balance, 0); });
+  EXPECT_GT(failedToFollow, 0u);
+  EXPECT_TRUE(connection.connected());
+  connection.disconnect();
 }
 
 TEST_F(PresentFault, NothingIsAllocatedInTheSteadyState) {
@@ -211,7 +220,20 @@ TEST_F(PresentFault, NothingIsAllocatedInTheSteadyState) {
   DefaultCurrentTimeProviderC().getCurrentMjdTime();
   observation.emitTimeSignal();
   calendar.applyToCurrentSystemTime();
+  getPresentStatus();
   EXPECT_EQ(0u, watch.allocationCount());
+}
+
+TEST_F(PresentFault, AStepIsToldWithoutAllocating) {
+  int heard = 0;
+  boost::signals2::scoped_connection const listener =
+      connectTimeEstimated([&heard](TimeEstimateStepC const&) { ++heard; });
+  GpsC const observation(WEEK, NOW_MS + 20);
+  observation.makeToCurrentTime(10, 1);
+  AllocationWatchC const watch;
+  observation.makeToCurrentTime(10, 1);
+  EXPECT_EQ(0u, watch.allocationCount());
+  EXPECT_EQ(2, heard);
 }
 
 }  // namespace

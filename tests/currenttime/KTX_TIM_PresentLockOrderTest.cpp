@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <vector>
 
 #include <boost/make_shared.hpp>
@@ -8,7 +9,9 @@
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_Guard.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "KTX/TIM/KTX_TIM_PresentStatus.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "KTX/TIM/KTX_TIM_TimeEstimate.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
@@ -20,6 +23,7 @@
 namespace KTX::TIM::TEST {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 class PresentLockOrder : public ::testing::Test {
@@ -57,6 +61,7 @@ TEST_F(PresentLockOrder, TheLibraryLockComesFirstInEveryOperation) {
 TEST_F(PresentLockOrder, TheObservationStepHoldsTheLockAndTheListenerDoesNot) {
   std::size_t heldWhileLogging = 0;
   std::size_t heldInListener = 99;
+  std::size_t heldInStep = 99;
   log.setHook([&](LogCaptureC::EntryC const& entry) {
     if (entry.channel == "TimeYmdhms") {
       heldWhileLogging = LockOrderC::heldCount(getTimeLock());
@@ -64,9 +69,29 @@ TEST_F(PresentLockOrder, TheObservationStepHoldsTheLockAndTheListenerDoesNot) {
   });
   boost::signals2::scoped_connection const listener = connectTimeCorrected(
       [&](int, int, TimeChangeT) { heldInListener = LockOrderC::heldLockCount(); });
+  boost::signals2::scoped_connection const stepListener = connectTimeEstimated(
+      [&](TimeEstimateStepC const&) { heldInStep = LockOrderC::heldLockCount(); });
   GpsC(2304, 374963500).makeToCurrentTime(0, 1);
   EXPECT_EQ(1u, heldWhileLogging);
   EXPECT_EQ(0u, heldInListener);
+  EXPECT_EQ(0u, heldInStep);
+}
+
+TEST_F(PresentLockOrder, AStepInsideALeapSecondSetterIsToldWithBothLocksHeld) {
+  std::vector<std::size_t> held;
+  boost::signals2::scoped_connection const listener =
+      connectTimeCorrected([&](int, int, TimeChangeT) {
+        held.push_back(LockOrderC::heldCount(getTimeLock()));
+        held.push_back(LockOrderC::heldLockCount());
+      });
+  boost::signals2::scoped_connection const stepListener =
+      connectTimeEstimated([&](TimeEstimateStepC const&) {
+        held.push_back(LockOrderC::heldCount(getTimeLock()));
+        held.push_back(LockOrderC::heldLockCount());
+      });
+  setUtcLeapSecond({LEAPSECOND_FORCED, 17, 17, 1929, 7, true}, true);
+  EXPECT_THAT(held, ElementsAre(1u, 2u, 1u, 2u));
+  setUtcLeapSecond(withdrawForcedRecord(), false);
 }
 
 TEST_F(PresentLockOrder, ACallerThatHoldsTheLockStillHoldsItInTheListener) {
@@ -103,6 +128,9 @@ TEST_F(PresentLockOrder, ThePresentIsComputedUnderTheLibraryLock) {
   EXPECT_EQ(1u, held);
   held = 0;
   setSysTimeClocks(present.utc, present.steady);
+  EXPECT_EQ(1u, held);
+  held = 0;
+  getPresentStatus();
   EXPECT_EQ(1u, held);
 }
 

@@ -6,7 +6,9 @@
 #include <thread>
 
 #include "KTX/TIM/KTX_TIM_Guard.h"
+#include "KTX/TIM/KTX_TIM_PresentStatus.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "KTX/TIM/KTX_TIM_TimeEstimate.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondChanged.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
@@ -49,6 +51,10 @@ void describePresent(std::ostream& stream) {
   stream << "present " << textOf(GPSTimeC(now));
   now.gpsToUtc();
   stream << ", in UTC " << textOf(GPSTimeC(now)) << '\n';
+  PresentStatusC const status = getPresentStatus();
+  stream << "steps " << status.unchangedCount << ' ' << status.tooUncertainCount << ' '
+         << status.correctedCount << ", ages " << status.observationAgeMs.value_or(-1) << ' '
+         << status.correctionAgeMs.value_or(-1) << '\n';
 }
 
 // The filter shows itself in the data line of one more observation.
@@ -109,6 +115,7 @@ FaultStageC::FaultStageC() {
       [this](boost::shared_ptr<UtcLeapSecondChanged> const&) { count(2); }));
   listeners.emplace_back(zone.connectTimeZoneChanged([this] { count(3); }));
   listeners.emplace_back(getTimeZoneInstance().connectTimeZoneChanged([this] { count(4); }));
+  listeners.emplace_back(connectTimeEstimated([this](TimeEstimateStepC const&) { count(5); }));
 }
 
 FaultStageC::~FaultStageC() {
@@ -118,6 +125,7 @@ FaultStageC::~FaultStageC() {
 void FaultStageC::settle(AllocationWatchC const& watch) {
   settleSignal(watch, [] { return connectTimeCorrected([](int, int, TimeChangeT) {}); });
   settleSignal(watch, [] { return connectTimeSignal([](int, int) {}); });
+  settleSignal(watch, [] { return connectTimeEstimated([](TimeEstimateStepC const&) {}); });
   settleSignal(watch, [] {
     return connectUtcLeapSecondChanged([](boost::shared_ptr<UtcLeapSecondChanged> const&) {});
   });

@@ -59,7 +59,7 @@ class FaultStageC {
  private:
   void count(std::size_t signal);
 
-  std::array<int, 5> heard{};
+  std::array<int, 6> heard{};
   std::vector<boost::signals2::scoped_connection> listeners;
 };
 

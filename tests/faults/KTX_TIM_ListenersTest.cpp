@@ -13,7 +13,9 @@
 
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_Guard.h"
+#include "KTX/TIM/KTX_TIM_PresentStatus.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "KTX/TIM/KTX_TIM_TimeEstimate.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_TimeZoneWindows.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondChanged.h"
@@ -77,6 +79,20 @@ SignalC correctionOfACountSignal() {
           false};
 }
 
+SignalC stepSignal() {
+  return {"step of the filter",
+          [](ListenerT const& listener) {
+            return connectTimeEstimated([listener](TimeEstimateStepC const& step) {
+              listener(std::to_string(step.mappedSteadyMs) + ":" + std::to_string(step.mappedMjd));
+            });
+          },
+          observeLater,
+          [] {
+            PresentStatusC const status = getPresentStatus();
+            return std::to_string(status.mappedSteadyMs) + ":" + std::to_string(status.mappedMjd);
+          }};
+}
+
 SignalC timeSignalOfAClient() {
   auto const last = std::make_shared<std::uint32_t>(0);
   return {"time signal",
@@ -130,9 +146,13 @@ class Listeners : public ::testing::Test {
   }
 
   std::vector<SignalC> signals() {
-    return {correctionSignal(),       correctionOfACountSignal(),
-            timeSignalOfAClient(),    leapSecondSignal(),
-            zoneSignal("zone", zone), zoneSignal("zone of the library", getTimeZoneInstance())};
+    return {correctionSignal(),
+            correctionOfACountSignal(),
+            stepSignal(),
+            timeSignalOfAClient(),
+            leapSecondSignal(),
+            zoneSignal("zone", zone),
+            zoneSignal("zone of the library", getTimeZoneInstance())};
   }
 
   /// A listener that notes its name, then acts.

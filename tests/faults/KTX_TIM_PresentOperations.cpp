@@ -2,9 +2,11 @@
 
 #include "KTX/TIM/KTX_TIM_ClockFactory.h"
 #include "KTX/TIM/KTX_TIM_DefaultCurrentTimeProvider.h"
+#include "KTX/TIM/KTX_TIM_PresentStatus.h"
 #include "KTX/TIM/KTX_TIM_StopWatch.h"
 #include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "KTX/TIM/KTX_TIM_TimeEstimate.h"
 #include "common/KTX_TIM_SystemTimeRoom.h"
 #include "faults/KTX_TIM_FaultListener.h"
 #include "faults/KTX_TIM_FaultOperation.h"
@@ -61,11 +63,13 @@ FaultOperationsT readOperations() {
       changing("YmdhmsC::makeToCurrentTime", zero,
                [](YmdhmsC& value) { value.makeToCurrentTime(); }),
       changing("YmdhmsC::setToCurrentTime", zero, [](YmdhmsC& value) { value.setToCurrentTime(); }),
-      plain("DefaultCurrentTimeProviderC", [] {
-        DefaultCurrentTimeProviderC provider;
-        provider.getCurrentGpsTime();
-        provider.getCurrentMjdTime();
-      })};
+      plain("DefaultCurrentTimeProviderC",
+            [] {
+              DefaultCurrentTimeProviderC provider;
+              provider.getCurrentGpsTime();
+              provider.getCurrentMjdTime();
+            }),
+      plain("getPresentStatus", [] { getPresentStatus(); })};
 }
 
 FaultOperationsT clockOperations() {
@@ -96,27 +100,34 @@ FaultOperationsT clockOperations() {
 }
 
 FaultOperationsT signalOperations() {
-  return {plain("GpsC::emitTimeSignal", [] { GpsC(WEEK, NOW_MS).emitTimeSignal(); }),
-          plain("YmdhmsC::emitTimeSignal", [] { observed(TIMEBASE_GPS, 0).emitTimeSignal(); }),
-          {"YmdhmsC::emitTimeSignal of a local value",
-           [](FaultStageC& /*stage*/) {
-             YmdhmsC const local = observed(TIMEBASE_LOCAL, 0);
-             return CallC{[local] { local.emitTimeSignal(); }, {}};
-           }},
-          connecting(
-              "connectTimeCorrected",
-              [](FaultListenerC& listener) {
-                listener.connection =
-                    connectTimeCorrected([&listener](int, int, TimeChangeT) { ++listener.heard; });
-              },
-              [] { GpsC(WEEK, NOW_MS + 3600000).makeToCurrentTime(0, 1); }),
-          connecting(
-              "connectTimeSignal",
-              [](FaultListenerC& listener) {
-                listener.connection =
-                    connectTimeSignal([&listener](int, int) { ++listener.heard; });
-              },
-              [] { GpsC(WEEK, 0).emitTimeSignal(); })};
+  return {
+      plain("GpsC::emitTimeSignal", [] { GpsC(WEEK, NOW_MS).emitTimeSignal(); }),
+      plain("YmdhmsC::emitTimeSignal", [] { observed(TIMEBASE_GPS, 0).emitTimeSignal(); }),
+      {"YmdhmsC::emitTimeSignal of a local value",
+       [](FaultStageC& /*stage*/) {
+         YmdhmsC const local = observed(TIMEBASE_LOCAL, 0);
+         return CallC{[local] { local.emitTimeSignal(); }, {}};
+       }},
+      connecting(
+          "connectTimeCorrected",
+          [](FaultListenerC& listener) {
+            listener.connection =
+                connectTimeCorrected([&listener](int, int, TimeChangeT) { ++listener.heard; });
+          },
+          [] { GpsC(WEEK, NOW_MS + 3600000).makeToCurrentTime(0, 1); }),
+      connecting(
+          "connectTimeEstimated",
+          [](FaultListenerC& listener) {
+            listener.connection =
+                connectTimeEstimated([&listener](TimeEstimateStepC const&) { ++listener.heard; });
+          },
+          [] { GpsC(WEEK, NOW_MS).makeToCurrentTime(10, 1); }),
+      connecting(
+          "connectTimeSignal",
+          [](FaultListenerC& listener) {
+            listener.connection = connectTimeSignal([&listener](int, int) { ++listener.heard; });
+          },
+          [] { GpsC(WEEK, 0).emitTimeSignal(); })};
 }
 
 template <class Period>

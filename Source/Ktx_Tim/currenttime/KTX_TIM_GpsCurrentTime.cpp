@@ -1,15 +1,13 @@
-#include <string>
-
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_Guard.h"
 #include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
+#include "currenttime/KTX_TIM_Observation.h"
 #include "currenttime/KTX_TIM_Present.h"
 #include "currenttime/KTX_TIM_SysTimeOffset.h"
-#include "support/KTX_TIM_LogChannels.h"
-#include "support/KTX_TIM_ThreadId.h"
 #include "values/KTX_TIM_WeekTime.h"
 
 namespace KTX::TIM {
@@ -19,11 +17,6 @@ namespace {
 constexpr std::uint32_t FRAME_MS = 240000;
 constexpr std::int64_t LATEST_AHEAD_MS = 180000;
 constexpr std::int64_t EARLIEST_BEHIND_MS = 60000;
-
-// The calendar form of an instant in GPS time.
-YmdhmsC calendarOf(GPSTimeC const& time, std::uint32_t precision) {
-  return YmdhmsC(MjdTimeC(time), precision);
-}
 
 }  // namespace
 
@@ -58,19 +51,12 @@ void GpsC::makeToCurrentTime() {
 }
 
 std::uint32_t GpsC::makeToCurrentTime(std::int64_t noiseMs, std::int32_t precisionFlag) const {
-  YmdhmsC const observation = calendarOf(*this, precisionFlag == 1 ? 1 : 0);
-  if (timeLog().isLevelEnabled(0)) {
-    std::string const line =
-        currentThreadIdText() + " - GpsC makeToCurrentTime call to makeToCurrentTime:: GPSweek: " +
-        std::to_string(getWeek()) + " GPSmsecs: " + std::to_string(getMsOfWeek()) +
-        " noise (std. dev.): " + std::to_string(noiseMs);
-    timeLog().writeText(line.c_str());
-  }
-  return observation.makeToCurrentTime(noiseMs);
+  announce(observe(*this, noiseMs, precisionFlag));
+  return RC_OK;
 }
 
 std::uint32_t GpsC::emitTimeSignal() const {
-  return calendarOf(*this, 1).emitTimeSignal();
+  return YmdhmsC(MjdTimeC(*this), 1).emitTimeSignal();
 }
 
 }  // namespace KTX::TIM

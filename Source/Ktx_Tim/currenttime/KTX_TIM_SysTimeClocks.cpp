@@ -1,6 +1,9 @@
 #include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
 
+#include "KTX/TIM/KTX_TIM_Guard.h"
 #include "KTX/TIM/KTX_TIM_LogAssert.h"
+#include "KTX/TIM/KTX_TIM_PresentStatus.h"
+#include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "currenttime/KTX_TIM_SysTimeOffset.h"
 
 namespace KTX::TIM {
@@ -16,6 +19,11 @@ void setSysTimeClocks(boost::shared_ptr<ClockI<boost::milli>> const& systemClock
 
 void resetSysTime() {
   SysTimeOffsetT::reset();
+}
+
+PresentStatusC getPresentStatus() {
+  Guard const guard(getTimeLock());
+  return SysTimeOffsetT::instance().status();
 }
 
 }  // namespace KTX::TIM

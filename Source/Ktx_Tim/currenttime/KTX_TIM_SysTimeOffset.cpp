@@ -1,6 +1,9 @@
 #include "currenttime/KTX_TIM_SysTimeOffset.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
+#include <utility>
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 
@@ -139,7 +142,9 @@ SysTimeOffsetT& SysTimeOffsetT::instance() {
 
 void SysTimeOffsetT::setClocks(ClockT const& calendarClock, ClockT const& tickClock) {
   Guard const guard(getTimeLock());
-  processInstance() = makeOffset(calendarClock, tickClock);
+  std::unique_ptr<SysTimeOffsetT> replacement = makeOffset(calendarClock, tickClock);
+  replacement->step.number = instance().step.number;
+  processInstance() = std::move(replacement);
 }
 
 void SysTimeOffsetT::reset() {
@@ -148,17 +153,52 @@ void SysTimeOffsetT::reset() {
   instance().seed();
 }
 
+void SysTimeOffsetT::seed() {
+  // The steady clock first: the time that reading the calendar takes must not shift the mapping.
+  std::int64_t const steadyMs = steadyClock->now().count();
+  SteadyTimeC const seeded{readDayNumber(*systemClock), steadyMs};
+  TimeEstimateC const first{seeded, static_cast<double>(SEED_SIGMA_MS) / DAY_MS};
+  estimator = std::make_unique<TimeEstimator>(DRIFT_MS_PER_DAY, MIN_SIGMA_MS, first);
+  lastObservationMs.reset();
+  lastCorrectionMs.reset();
+  std::fill(std::begin(verdictCounts), std::end(verdictCounts), std::uint64_t{0});
+  setCurrentSysTime(seeded);
+}
+
 void SysTimeOffsetT::update(double observedMjd,
                             std::int64_t noiseMs,
                             bool& correct,
                             std::int64_t& differenceMs) {
-  StateC const before = state();
-  try {
-    step(observedMjd, noiseMs, correct, differenceMs);
-  } catch (...) {
-    setState(before);
-    throw;
+  std::int64_t const steadyMs = steadyClock->now().count();
+  TimeEstimateC observation{{observedMjd, steadyMs}, static_cast<double>(noiseMs) / DAY_MS};
+  TimeEstimateC const predicted = estimator->predict(steadyMs);
+  if (offsetLog().isLevelEnabled(4)) {
+    logUpdate(4, " - observation: " + estimateText(observation) + "\n");
   }
+  step.resetByOutlier = resetByOutlier(observation, predicted);
+  TimeEstimateC const updated = estimator->update(observation);
+  differenceMs = offsetDifferenceMs(updated.time, currentSysTime);
+  step.differenceMs = differenceMs;
+  step.verdict = decide(updated, differenceMs);
+  correct = step.verdict == TIMEVERDICT_CORRECTED;
+  recordStep(observation, predicted, updated);
+}
+
+void SysTimeOffsetT::recordStep(TimeEstimateC const& observation,
+                                TimeEstimateC const& predicted,
+                                TimeEstimateC const& updated) {
+  step.steadyMs = observation.time.steadyMs;
+  step.observedMjd = observation.time.mjd;
+  step.observedSigma = observation.sigma;
+  step.predictedMjd = predicted.time.mjd;
+  step.predictedSigma = predicted.sigma;
+  step.estimatedMjd = updated.time.mjd;
+  step.estimatedSigma = updated.sigma;
+  step.correction = estimator->lastCorrection();
+  step.startMjd = estimator->startTime().mjd;
+  step.startSteadyMs = estimator->startTime().steadyMs;
+  step.mappedMjd = currentSysTime.mjd;
+  step.mappedSteadyMs = currentSysTime.steadyMs;
 }
 
 void SysTimeOffsetT::setState(StateC const& newState) {
@@ -166,38 +206,42 @@ void SysTimeOffsetT::setState(StateC const& newState) {
   currentSysTime = newState.sysTime;
 }
 
-void SysTimeOffsetT::seed() {
-  // The steady clock first: the time that reading the calendar takes must not shift the mapping.
-  std::int64_t const steadyMs = steadyClock->now().count();
-  SteadyTimeC const seeded{readDayNumber(*systemClock), steadyMs};
-  TimeEstimateC const first{seeded, static_cast<double>(SEED_SIGMA_MS) / DAY_MS};
-  estimator = std::make_unique<TimeEstimator>(DRIFT_MS_PER_DAY, MIN_SIGMA_MS, first);
-  setCurrentSysTime(seeded);
+TimeEstimateStepC const& SysTimeOffsetT::commitStep() {
+  ++step.number;
+  ++verdictCounts[step.verdict];
+  lastObservationMs = step.steadyMs;
+  if (step.verdict == TIMEVERDICT_CORRECTED) {
+    lastCorrectionMs = step.steadyMs;
+  }
+  return step;
 }
 
-void SysTimeOffsetT::step(double observedMjd,
-                          std::int64_t noiseMs,
-                          bool& correct,
-                          std::int64_t& differenceMs) {
+PresentStatusC SysTimeOffsetT::status() const {
   std::int64_t const steadyMs = steadyClock->now().count();
-  TimeEstimateC observation{{observedMjd, steadyMs}, static_cast<double>(noiseMs) / DAY_MS};
-  TimeEstimateC const predicted = estimator->predict(steadyMs);
-  if (offsetLog().isLevelEnabled(4)) {
-    logUpdate(4, " - observation: " + estimateText(observation) + "\n");
+  PresentStatusC status{};
+  status.steadyMs = steadyMs;
+  status.mappedMjd = currentSysTime.mjd;
+  status.mappedSteadyMs = currentSysTime.steadyMs;
+  status.sigma = estimator->sigmaAt(steadyMs);
+  if (lastObservationMs) {
+    status.observationAgeMs = elapsedMs(steadyMs, *lastObservationMs);
   }
-  resetByOutlier(observation, predicted);
-  TimeEstimateC const updated = estimator->update(observation);
-  differenceMs = offsetDifferenceMs(updated.time, currentSysTime);
-  correct = decide(updated, differenceMs);
+  if (lastCorrectionMs) {
+    status.correctionAgeMs = elapsedMs(steadyMs, *lastCorrectionMs);
+  }
+  status.unchangedCount = verdictCounts[TIMEVERDICT_UNCHANGED];
+  status.tooUncertainCount = verdictCounts[TIMEVERDICT_TOO_UNCERTAIN];
+  status.correctedCount = verdictCounts[TIMEVERDICT_CORRECTED];
+  return status;
 }
 
 // An observation that its noise cannot explain counts as exact, so that the estimate jumps onto it.
-void SysTimeOffsetT::resetByOutlier(TimeEstimateC& observation,
+bool SysTimeOffsetT::resetByOutlier(TimeEstimateC& observation,
                                     TimeEstimateC const& predicted) const {
   std::int64_t const residualMs = offsetDifferenceMs(observation.time, predicted.time);
   double const limitMs = observation.sigma * 300.0 * DAY_MS;
   if (!(magnitudeOf(residualMs) > limitMs)) {
-    return;
+    return false;
   }
   observation.sigma = 0.0;
   if (offsetLog().isLevelEnabled(4)) {
@@ -205,9 +249,10 @@ void SysTimeOffsetT::resetByOutlier(TimeEstimateC& observation,
                      "| > " + msText(truncToInt64(limitMs)) +
                      "). Observation will reset the filter\n");
   }
+  return true;
 }
 
-bool SysTimeOffsetT::decide(TimeEstimateC const& updated, std::int64_t differenceMs) {
+TimeVerdictE SysTimeOffsetT::decide(TimeEstimateC const& updated, std::int64_t differenceMs) {
   double const changeMs = magnitudeOf(differenceMs);
   // Through days and back, which for some thresholds is not the identity; this is meant.
   if (!(changeMs / DAY_MS * DAY_MS > static_cast<double>(changeThresholdMs))) {
@@ -215,7 +260,7 @@ bool SysTimeOffsetT::decide(TimeEstimateC const& updated, std::int64_t differenc
       logUpdate(3, ": current time does not change: |new - current = " + msText(differenceMs) +
                        "| <= " + msText(changeThresholdMs));
     }
-    return false;
+    return TIMEVERDICT_UNCHANGED;
   }
   double const uncertaintyMs = updated.sigma * DAY_MS;
   if (uncertaintyMs > static_cast<double>(maxUncertaintyMs)) {
@@ -223,14 +268,14 @@ bool SysTimeOffsetT::decide(TimeEstimateC const& updated, std::int64_t differenc
       logUpdate(3, ": Time estimation uncertainty too high for time correction: " +
                        msText(truncToInt64(uncertaintyMs)) + " > " + msText(maxUncertaintyMs));
     }
-    return false;
+    return TIMEVERDICT_TOO_UNCERTAIN;
   }
   if (offsetLog().isLevelEnabled(4)) {
     logUpdate(
         4, ": current time changes: |" + msText(differenceMs) + "| > " + msText(changeThresholdMs));
   }
   setCurrentSysTime(updated.time);
-  return true;
+  return TIMEVERDICT_CORRECTED;
 }
 
 void SysTimeOffsetT::setCurrentSysTime(SteadyTimeC const& newTime) {

@@ -3,11 +3,14 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include <boost/ratio/ratio.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include "KTX/TIM/KTX_TIM_Clock.h"
+#include "KTX/TIM/KTX_TIM_PresentStatus.h"
+#include "KTX/TIM/KTX_TIM_TimeEstimate.h"
 #include "currenttime/KTX_TIM_SteadyTime.h"
 #include "currenttime/KTX_TIM_TimeEstimator.h"
 
@@ -45,10 +48,17 @@ class SysTimeOffsetT {
   /// Takes in an observation of UTC, a Modified Julian Date, with its standard deviation in
   /// milliseconds. correct tells whether the mapping was replaced; differenceMs is how far the
   /// new estimate lies ahead of the mapping that was in force. When something throws, a log line
-  /// for a day beyond the year 9999 for instance, the filter is as before the call.
+  /// for a day beyond the year 9999 for instance, the filter may have moved: the caller gives
+  /// setState() what state() was before.
   void update(double observedMjd, std::int64_t noiseMs, bool& correct, std::int64_t& differenceMs);
 
-  /// All that observations change.
+  /// Numbers and counts the step that the last update() made, and returns it.
+  TimeEstimateStepC const& commitStep();
+
+  /// What getPresentStatus() tells.
+  PresentStatusC status() const;
+
+  /// All that update() changes, the record of its step apart.
   struct StateC {
     TimeEstimator estimator;
     SteadyTimeC sysTime;
@@ -62,9 +72,11 @@ class SysTimeOffsetT {
 
  private:
   void seed();
-  void step(double observedMjd, std::int64_t noiseMs, bool& correct, std::int64_t& differenceMs);
-  void resetByOutlier(TimeEstimateC& observation, TimeEstimateC const& predicted) const;
-  bool decide(TimeEstimateC const& updated, std::int64_t differenceMs);
+  void recordStep(TimeEstimateC const& observation,
+                  TimeEstimateC const& predicted,
+                  TimeEstimateC const& updated);
+  bool resetByOutlier(TimeEstimateC& observation, TimeEstimateC const& predicted) const;
+  TimeVerdictE decide(TimeEstimateC const& updated, std::int64_t differenceMs);
   void setCurrentSysTime(SteadyTimeC const& newTime);
 
   ClockT systemClock;
@@ -74,6 +86,10 @@ class SysTimeOffsetT {
   std::int64_t periodMs;
   std::int64_t maxUncertaintyMs;
   SteadyTimeC currentSysTime;
+  TimeEstimateStepC step{};  // its number goes on over seeds and replaced instances
+  std::optional<std::int64_t> lastObservationMs;
+  std::optional<std::int64_t> lastCorrectionMs;
+  std::uint64_t verdictCounts[TIMEVERDICT_CORRECTED + 1]{};
 };
 
 }  // namespace KTX::TIM

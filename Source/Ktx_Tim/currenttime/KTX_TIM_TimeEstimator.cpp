@@ -38,10 +38,21 @@ TimeEstimator::TimeEstimator(std::int64_t driftPerDay,
   kalman.init(first.time.mjd, first.sigma * first.sigma, minSigma * minSigma);
 }
 
-TimeEstimateC TimeEstimator::predict(std::int64_t steadyMs) {
+void TimeEstimator::movePrediction(ScalarKalmanC& filter, std::int64_t steadyMs) const {
   double const dt = static_cast<double>(elapsedMs(steadyMs, estimate.time.steadyMs)) / DAY_MS;
   double const s = static_cast<double>(driftMsPerDay) * dt / DAY_MS;
-  kalman.predict(dt, s * s);
+  filter.predict(dt, s * s);
+}
+
+double TimeEstimator::sigmaAt(std::int64_t steadyMs) const {
+  // On a copy: the variance that a prediction adds is not the same in two steps as in one.
+  ScalarKalmanC grown = kalman;
+  movePrediction(grown, steadyMs);
+  return grown.stdDev();
+}
+
+TimeEstimateC TimeEstimator::predict(std::int64_t steadyMs) {
+  movePrediction(kalman, steadyMs);
   estimate = {{kalman.value(), steadyMs}, kalman.stdDev()};
   if (estimatorLog().isLevelEnabled(1)) {
     printComposed(estimatorLog(), 1, "predict estimate: " + estimateText(estimate) + "\n");
@@ -51,16 +62,14 @@ TimeEstimateC TimeEstimator::predict(std::int64_t steadyMs) {
 
 TimeEstimateC TimeEstimator::update(TimeEstimateC const& observation) {
   TimeEstimateC const predicted = predict(observation.time.steadyMs);
-  double correction = 0.0;
   kalman.update(observation.time.mjd, 1.0, observation.sigma * observation.sigma, correction);
   estimate = {{kalman.value(), observation.time.steadyMs}, kalman.stdDev()};
-  logUpdate(observation, predicted, correction);
+  logUpdate(observation, predicted);
   return estimate;
 }
 
 void TimeEstimator::logUpdate(TimeEstimateC const& observation,
-                              TimeEstimateC const& predicted,
-                              double correction) const {
+                              TimeEstimateC const& predicted) const {
   if (estimatorLog().isLevelEnabled(4)) {
     printComposed(estimatorLog(), 4, "new observation : " + estimateText(observation) + "\n");
     printComposed(estimatorLog(), 4, "new estimate    : " + estimateText(estimate) + "\n");

@@ -26,15 +26,24 @@ class TimeEstimator {
   /// Moves the estimate to the observation's reading and corrects it by the observation.
   TimeEstimateC update(TimeEstimateC const& observation);
 
+  /// The initial observation's time.
+  SteadyTimeC const& startTime() const { return start.time; }
+
+  /// The days by which the last update() moved the estimate.
+  double lastCorrection() const { return correction; }
+
+  /// The standard deviation in days that a prediction for this reading would have.
+  double sigmaAt(std::int64_t steadyMs) const;
+
  private:
-  void logUpdate(TimeEstimateC const& observation,
-                 TimeEstimateC const& predicted,
-                 double correction) const;
+  void movePrediction(ScalarKalmanC& filter, std::int64_t steadyMs) const;
+  void logUpdate(TimeEstimateC const& observation, TimeEstimateC const& predicted) const;
 
   std::int64_t driftMsPerDay;
   ScalarKalmanC kalman;
   TimeEstimateC start;
   TimeEstimateC estimate;
+  double correction = 0.0;
 };
 
 }  // namespace KTX::TIM

@@ -2,8 +2,10 @@
 
 #include <array>
 #include <charconv>
+#include <sstream>
 
 #include "KTX/DBG/KTX_DBG_DbgLogFile.h"
+#include "KTX/TIM/KTX_TIM_Ymdhms.h"
 #include "support/KTX_TIM_Numeric.h"
 #include "values/KTX_TIM_CalendarText.h"
 
@@ -21,6 +23,12 @@ std::string estimateText(TimeEstimateC const& estimate) {
   appendFixed15(text, estimate.sigma);
   text += "d (" + std::to_string(truncToInt64(estimate.sigma * DAY_MS)) + "ms)";
   return text;
+}
+
+std::string isoText(YmdhmsC const& time) {
+  std::ostringstream stream;
+  stream << time;
+  return stream.str();
 }
 
 void appendFixed15(std::string& text, double value) {

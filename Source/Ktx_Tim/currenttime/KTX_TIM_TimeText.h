@@ -12,12 +12,17 @@ class DbgLogFileC;
 
 namespace KTX::TIM {
 
+class YmdhmsC;
+
 /// "Time: ", the day number with 15 decimals, the steady reading and the calendar text. Throws
 /// the date library's exceptions for a day beyond the year 9999.
 std::string timeText(SteadyTimeC const& time);
 
 /// The time text, then "Noise (std. dev.): " in days and whole milliseconds.
 std::string estimateText(TimeEstimateC const& estimate);
+
+/// The ISO text of a calendar value, in UTC.
+std::string isoText(YmdhmsC const& time);
 
 /// Appends a number with 15 decimals, as a stream in fixed notation writes it.
 void appendFixed15(std::string& text, double value);

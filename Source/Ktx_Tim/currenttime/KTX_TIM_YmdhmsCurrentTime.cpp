@@ -1,4 +1,3 @@
-#include <sstream>
 #include <string>
 
 #include "KTX/TIM/KTX_TIM_Guard.h"
@@ -8,6 +7,7 @@
 #include "KTX/TIM/KTX_TIM_SystemTime.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
+#include "currenttime/KTX_TIM_Observation.h"
 #include "currenttime/KTX_TIM_Present.h"
 #include "currenttime/KTX_TIM_SysTimeOffset.h"
 #include "currenttime/KTX_TIM_TimeSignals.h"
@@ -19,89 +19,6 @@
 namespace KTX::TIM {
 
 namespace {
-
-// What one observation did; outlives the lock for the signal's sake.
-struct ObservationResultC {
-  GPSTimeC present;
-  std::int64_t differenceMs = 0;
-  bool isCorrected = false;
-};
-
-std::string isoText(YmdhmsC const& time) {
-  std::ostringstream stream;
-  stream << time;
-  return stream.str();
-}
-
-// In GPS time; a LOCAL value goes to UTC in whole milliseconds first.
-GPSTimeC gpsWeekAndMs(MjdTimeC time) {
-  time.toGps();
-  return gpsTimeOf(time.getDayNumber());
-}
-
-// A LOCAL value goes to UTC by a fraction of a day here, unlike in gpsWeekAndMs(); both are meant.
-double utcDayNumber(YmdhmsC const& observation) {
-  MjdTimeC time(observation);
-  if (time.getTimeBase() == TIMEBASE_LOCAL) {
-    time.localToUtc();
-  } else {
-    time.toUtc();
-  }
-  return time.getDayNumber();
-}
-
-void logObservation(YmdhmsC const& observation) {
-  GPSTimeC const observed = gpsWeekAndMs(observation);
-  ymdhmsLog().printLine(3, "YmdhmsC makeToCurrentTime: GPSweek: %ld GPSmsecs: %ld\n",
-                        static_cast<long>(observed.getWeek()),
-                        static_cast<long>(observed.getMsOfWeek()));
-  if (ymdhmsLog().isLevelEnabled(3)) {
-    printComposed(ymdhmsLog(), 3, "YmdhmsC makeToCurrentTime: " + isoText(observation) + "\n");
-  }
-}
-
-void logResult(YmdhmsC const& observation, ObservationResultC const& result) {
-  if (!ymdhmsLog().isLevelEnabled(3)) {
-    return;
-  }
-  std::string text = "YmdhmsC makeToCurrentTime ";
-  text += result.isCorrected ? "SETSysTime:\n" : "NOTSETSysTime:\n";
-  text += timeText(SysTimeOffsetT::instance().getCurrentSysTime());
-  text += "\nGPSweek: " + std::to_string(result.present.getWeek());
-  text += "\nGPSmsecs: " + std::to_string(result.present.getMsOfWeek());
-  text += "\n(change: " + std::to_string(result.differenceMs) + "ms)\n";
-  text += isoText(observation) + "\n";
-  printComposed(ymdhmsLog(), 3, text);
-}
-
-ObservationResultC updatePresent(SysTimeOffsetT& offset,
-                                 YmdhmsC const& observation,
-                                 std::int64_t noiseMs) {
-  ObservationResultC result;
-  offset.update(utcDayNumber(observation), noiseMs, result.isCorrected, result.differenceMs);
-  YmdhmsC present = observation;
-  present.setFrom(presentUtc(offset));
-  if (result.isCorrected) {
-    printComposed(ymdhmsLog(), 3, "New sys time: " + isoText(present) + "\n");
-  }
-  result.present = gpsWeekAndMs(present);
-  logResult(observation, result);
-  return result;
-}
-
-// The caller holds the library-wide lock. When something throws, the present is as it was: no
-// correction is in force that nobody was told of.
-ObservationResultC observe(YmdhmsC const& observation, std::int64_t noiseMs) {
-  logObservation(observation);
-  SysTimeOffsetT& offset = SysTimeOffsetT::instance();
-  SysTimeOffsetT::StateC const before = offset.state();
-  try {
-    return updatePresent(offset, observation, noiseMs);
-  } catch (...) {
-    offset.setState(before);
-    throw;
-  }
-}
 
 SystemTimeRecordC systemTimeOf(YmdhmsC const& time) {
   SystemTimeRecordC record{};
@@ -141,16 +58,7 @@ void YmdhmsC::setToCurrentTime() {
 }
 
 std::uint32_t YmdhmsC::makeToCurrentTime(std::int64_t noiseMs) const {
-  ObservationResultC result;
-  {
-    Guard const guard(getTimeLock());
-    result = observe(*this, noiseMs);
-  }
-  int const week = result.present.getWeek();
-  int const msOfWeek = static_cast<int>(result.present.getMsOfWeek());
-  if (result.isCorrected && (week != 0 || msOfWeek != 0)) {
-    (*timeCorrectedSignal())(week, msOfWeek, TimeChangeT(result.differenceMs));
-  }
+  announce(observe(*this, noiseMs));
   return RC_OK;
 }
 

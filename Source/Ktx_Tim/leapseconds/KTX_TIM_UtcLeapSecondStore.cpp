@@ -1,6 +1,6 @@
 #include <cstdio>
-#include <cstdlib>
 #include <limits>
+#include <optional>
 
 #include <boost/make_shared.hpp>
 #include <boost/numeric/conversion/cast.hpp>
@@ -16,6 +16,7 @@
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondChanged.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
+#include "currenttime/KTX_TIM_Observation.h"
 #include "leapseconds/KTX_TIM_GpsCalendar.h"
 #include "leapseconds/KTX_TIM_LeapSecondEffectivity.h"
 #include "leapseconds/KTX_TIM_LeapSecondRules.h"
@@ -26,9 +27,6 @@
 
 namespace KTX::TIM {
 namespace {
-
-/// Less than the smallest change of the count.
-constexpr std::int64_t MAX_ELAPSED_MS = 500;
 
 /// Later than every instant.
 constexpr std::uint64_t NEVER = std::numeric_limits<std::uint64_t>::max();
@@ -69,17 +67,20 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
     std::uint64_t futureFrom;
   };
 
+  /// What a setter did, still untold.
+  struct ChangeC {
+    std::uint32_t result = RC_OK;
+    bool isInForce = false;                     ///< the record in force is another one
+    std::optional<ObservationResultC> carried;  ///< the present carried over
+  };
+
   std::uint32_t SetLeapSecond(UtcLeapSecondRecord const& record) KTX_TIM_REQUIRES(mutex);
   std::uint32_t setTraced(UtcLeapSecondRecord const& record, GPSTimeC const& now)
       KTX_TIM_REQUIRES(mutex);
-  bool change(UtcLeapSecondRecord const& record,
-              GpsC const& now,
-              bool makeCurrent,
-              std::uint32_t& result) KTX_TIM_REQUIRES(mutex);
-  bool changeOrUndo(UtcLeapSecondRecord const& record,
-                    GpsC const& now,
-                    bool makeCurrent,
-                    std::uint32_t& result) KTX_TIM_REQUIRES(mutex);
+  ChangeC set(UtcLeapSecondRecord const& record, GpsC const& now, bool makeCurrent)
+      KTX_TIM_REQUIRES(mutex);
+  ChangeC setOrUndo(UtcLeapSecondRecord const& record, GpsC const& now, bool makeCurrent)
+      KTX_TIM_REQUIRES(mutex);
   void updateEffectivity() KTX_TIM_REQUIRES(mutex);
 
   StateC state() const KTX_TIM_REQUIRES(mutex) {
@@ -94,7 +95,8 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
     return orderOf(time) >= futureFrom;
   }
 
-  void tellChange(boost::shared_ptr<UtcLeapSecondChanged> const& event) KTX_TIM_REQUIRES(mutex);
+  void announceChange(ChangeC const& change, boost::shared_ptr<UtcLeapSecondChanged> const& event)
+      KTX_TIM_REQUIRES(mutex);
 
   Mutex mutex;
   boost::signals2::signal<void(boost::shared_ptr<UtcLeapSecondChanged> const&)> changed;
@@ -160,7 +162,7 @@ void logReset(UtcLeapSecondRecord const& record) {
 
 /// Hands now back as an exact observation: GPS time goes on as it was, and UTC moves by the change
 /// of the leap seconds.
-void carryOverPresent(GpsC const& now) {
+ObservationResultC carryOverPresent(GpsC const& now) {
   if (leapSecondLog().isLevelEnabled(3)) {
     leapSecondLog().printLine(3,
                               "%s - setGpsUTCParameters call to makeToCurrentTime:: "
@@ -170,12 +172,7 @@ void carryOverPresent(GpsC const& now) {
   }
   constexpr std::int64_t NO_NOISE_MS = 0;
   constexpr std::int32_t TO_MILLISECONDS = 1;
-  now.makeToCurrentTime(NO_NOISE_MS, TO_MILLISECONDS);
-}
-
-/// Whether the present is another one than now, which was read a moment ago.
-bool hasJumpedFrom(GpsC const& now) {
-  return std::abs(differenceMs(GpsC::currentTime(), now)) > MAX_ELAPSED_MS;
+  return observe(now, NO_NOISE_MS, TO_MILLISECONDS);
 }
 
 UtcLeapSecondStore::UtcLeapSecondStore()
@@ -211,7 +208,7 @@ std::int16_t UtcLeapSecondStore::countAt(GpsC const& time) {
 }
 
 std::uint32_t UtcLeapSecondStore::setValid(UtcLeapSecondRecord const& record, bool makeCurrent) {
-  // Made before anything changes: no change goes untold for want of memory for its event.
+  // Allocate the event first, so that running out of memory cannot leave a change unannounced.
   auto const event = boost::make_shared<UtcLeapSecondChanged>();
   Guard const timeGuard(getTimeLock());
   GpsC now(this);
@@ -220,25 +217,25 @@ std::uint32_t UtcLeapSecondStore::setValid(UtcLeapSecondRecord const& record, bo
   }
   Guard const guard(mutex);
   event->previous = inForce();
-  std::uint32_t result = RC_OK;
-  bool isChanged = false;
-  try {
-    isChanged = changeOrUndo(record, now, makeCurrent, result);
-  } catch (...) {
-    // What a listener of the corrected present throws does not undo the change.
-    if (inForce() != event->previous) {
-      tellChange(event);
-    }
-    throw;
+  ChangeC const change = setOrUndo(record, now, makeCurrent);
+  if (change.isInForce) {
+    event->current = inForce();
+    announceChange(change, event);
   }
-  if (isChanged) {
-    tellChange(event);
-  }
-  return result;
+  return change.result;
 }
 
-void UtcLeapSecondStore::tellChange(boost::shared_ptr<UtcLeapSecondChanged> const& event) {
-  event->current = inForce();
+// What a listener of the corrected present throws does not keep the change from being told.
+void UtcLeapSecondStore::announceChange(ChangeC const& change,
+                                        boost::shared_ptr<UtcLeapSecondChanged> const& event) {
+  if (change.carried) {
+    try {
+      announce(*change.carried);
+    } catch (...) {
+      changed(event);
+      throw;
+    }
+  }
   changed(event);
 }
 
@@ -294,45 +291,38 @@ std::uint32_t UtcLeapSecondStore::setTraced(UtcLeapSecondRecord const& record,
   return result;
 }
 
-/// True when the record in force is another one.
-bool UtcLeapSecondStore::change(UtcLeapSecondRecord const& record,
-                                GpsC const& now,
-                                bool makeCurrent,
-                                std::uint32_t& result) {
+UtcLeapSecondStore::ChangeC UtcLeapSecondStore::set(UtcLeapSecondRecord const& record,
+                                                    GpsC const& now,
+                                                    bool makeCurrent) {
   UtcLeapSecondRecord const previous = inForce();
-  result = setTraced(record, now);
+  ChangeC change;
+  change.result = setTraced(record, now);
+  change.isInForce = change.result == RC_OK && inForce() != previous;
   bool const isTraced = leapSecondLog().isLevelEnabled(3);
-  if (result != RC_OK || inForce() == previous) {
+  if (!change.isInForce) {
     if (isTraced) {
       leapSecondLog().printLine(3, "Active UTC Leap Second has NOT changed.\n");
     }
-    return false;
+    return change;
   }
   if (isTraced) {
     logChanged(inForce());
   }
   if (makeCurrent) {
-    carryOverPresent(now);
+    change.carried = carryOverPresent(now);
   }
-  return true;
+  return change;
 }
 
-/// As change(), and as if nothing had been set when something throws.
-bool UtcLeapSecondStore::changeOrUndo(UtcLeapSecondRecord const& record,
-                                      GpsC const& now,
-                                      bool makeCurrent,
-                                      std::uint32_t& result) {
+/// As set(), and as if nothing had been set when something throws.
+UtcLeapSecondStore::ChangeC UtcLeapSecondStore::setOrUndo(UtcLeapSecondRecord const& record,
+                                                          GpsC const& now,
+                                                          bool makeCurrent) {
   StateC const before = state();
   try {
-    return change(record, now, makeCurrent, result);
+    return set(record, now, makeCurrent);
   } catch (...) {
-    StateC const after = state();
     setState(before);
-    // Counts differ by whole seconds: where the present was carried over already, GPS time would
-    // jump with the old count, so the new one stays.
-    if (makeCurrent && hasJumpedFrom(now)) {
-      setState(after);
-    }
     throw;
   }
 }

@@ -21,6 +21,7 @@ bool startLibrary() {
   getTimeZoneInstance();
   getDefaultLeapSecondProvider();
   timeCorrectedSignal();
+  timeEstimatedSignal();
   timeSignal();
   posixEpoch<boost::milli>();
   posixEpoch<boost::nano>();

@@ -1,3 +1,5 @@
+#include <vector>
+
 #include <boost/make_shared.hpp>
 
 #include "Areas.h"
@@ -7,9 +9,11 @@
 #include "KTX/TIM/KTX_TIM_DefaultCurrentTimeProvider.h"
 #include "KTX/TIM/KTX_TIM_GpsTime.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
+#include "KTX/TIM/KTX_TIM_PresentStatus.h"
 #include "KTX/TIM/KTX_TIM_PresentWarning.h"
 #include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "KTX/TIM/KTX_TIM_TimeEstimate.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
 
 using namespace KTX::TIM;
@@ -77,6 +81,19 @@ void useObservations() {
   CHECK(!YmdhmsC::zero(TIMEBASE_LOCAL).applyToCurrentSystemTime());
 }
 
+void useSteps() {
+  std::vector<TimeEstimateStepC> steps;
+  boost::signals2::scoped_connection const connection =
+      connectTimeEstimated([&](TimeEstimateStepC const& step) { steps.push_back(step); });
+  PresentStatusC const before = getPresentStatus();
+  CHECK(before.steadyMs == 1000000 && before.correctedCount == 1);
+  CHECK(before.observationAgeMs == 0 && before.correctionAgeMs == 0);
+  CHECK(GpsC(2304, 374963123).makeToCurrentTime(10, 1) == 0);
+  CHECK(steps.size() == 1 && steps[0].verdict == TIMEVERDICT_UNCHANGED);
+  CHECK(steps[0].number > 0 && !steps[0].resetByOutlier && steps[0].differenceMs == 0);
+  CHECK(getPresentStatus().unchangedCount == before.unchangedCount + 1);
+}
+
 void useTimeSignal() {
   int signals = 0;
   boost::signals2::scoped_connection const connection =
@@ -103,6 +120,7 @@ void usePresent() {
   useProvider(standard, GPSTimeC(2304, 374963000));
   useProvider(derived, GPSTimeC(2304, 374963000));
   useObservations();
+  useSteps();
   useTimeSignal();
   setPresentWarningEnabled(false);
   steady->readingMs += 86400001;
