@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstring>
+
+#include "KTX_DBG_LogSystem.h"
 
 namespace KTX::DBG {
 
@@ -11,9 +14,9 @@ void tellFault(char const* text, char const* detail) {
   std::snprintf(line.data(), line.size(), "KTX_LOG: %s%s", text, detail);
   auto const isControl = [](char c) { return (c > '\0' && c < ' ') || c == '\x7f'; };
   std::replace_if(line.begin(), line.end(), isControl, '?');
-  // Where this fails too, there is nobody left to tell.
-  static_cast<void>(std::fprintf(stderr, "%s\n", line.data()));
-  static_cast<void>(std::fflush(stderr));
+  std::size_t const length = std::strlen(line.data());
+  line[length] = '\n';  // in the place of the terminator
+  writeToStandardError({line.data(), length + 1});
 }
 
 void LogFaultC::tellOnce(char const* text, char const* detail) {

@@ -5,16 +5,13 @@
 #include <filesystem>
 #include <fstream>
 #include <mutex>
+#include <spdlog/pattern_formatter.h>
+#include <spdlog/sinks/rotating_file_sink.h>
 #include <system_error>
 #include <utility>
 
-// The one source file that sees spdlog.
-#include <spdlog/pattern_formatter.h>
-#include <spdlog/sinks/basic_file_sink.h>
-#include <spdlog/sinks/rotating_file_sink.h>
-#include <spdlog/sinks/stdout_sinks.h>
-
 #include "KTX_DBG_LogFault.h"
+#include "KTX_DBG_LogSinks.h"
 
 namespace KTX::DBG {
 
@@ -29,6 +26,11 @@ std::unique_ptr<spdlog::formatter> makeFormatter() {
 bool isDeviceOrPipe(std::filesystem::path const& path) {
   std::error_code error;
   return std::filesystem::is_other(path, error);
+}
+
+bool isFifo(std::filesystem::path const& path) {
+  std::error_code error;
+  return std::filesystem::is_fifo(path, error);
 }
 
 /// 0 if the file can be appended to; it is made, with its directory, where it is missing.
@@ -46,15 +48,23 @@ class LogOutputC::SinksC {
   explicit SinksC(LogSettingsC const& logSettings)
       : settings(logSettings), path(std::filesystem::u8path(logSettings.file)) {
     if (settings.isToStandardError) {
-      standardError = std::make_unique<spdlog::sinks::stderr_sink_st>();
+      standardError = makeStandardErrorSink();
       standardError->set_formatter(makeFormatter());
     }
   }
 
   void openFile() {
     std::lock_guard<std::mutex> const guard(mutex);
-    if (!path.empty()) {
+    if (path.empty()) {
+      return;
+    }
+    try {
       openFileIfClosed();
+    } catch (std::system_error const& error) {
+      // The reader of a FIFO may come later; until then lines are lost.
+      if (error.code() != std::errc::no_such_device_or_address || !isFifo(path)) {
+        throw;
+      }
     }
   }
 
@@ -103,7 +113,7 @@ class LogOutputC::SinksC {
   std::unique_ptr<spdlog::sinks::sink> makeFileSink() const {
     if (isDeviceOrPipe(path)) {
       // To put it aside would be to rename it, and the reader of a pipe notices each opening.
-      return std::make_unique<spdlog::sinks::basic_file_sink_st>(path.native());
+      return makeDeviceSink(path);
     }
     // Tried first without the sink, which would sleep between several attempts.
     if (int const error = openError(path)) {

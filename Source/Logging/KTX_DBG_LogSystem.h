@@ -2,6 +2,7 @@
 #define KTX_DBG_LOGSYSTEM_H
 
 #include <string>
+#include <string_view>
 
 namespace KTX::DBG {
 
@@ -11,6 +12,9 @@ std::string environmentText(char const* name);
 /// The setting that the program brings along, a text that it exports as KTX_LOG_DEFAULT; empty
 /// where it exports none.
 std::string programSetting();
+
+/// Writes text to standard error, where that can be done.
+void writeToStandardError(std::string_view text);
 
 /// Keeps this library loaded until the process ends, because its log stays open until then.
 void stayLoaded();

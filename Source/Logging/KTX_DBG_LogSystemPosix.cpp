@@ -1,8 +1,10 @@
 #include "KTX_DBG_LogSystem.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <unistd.h>
+
+#include "KTX_DBG_LogDescriptor.h"
 
 namespace KTX::DBG {
 
@@ -14,6 +16,11 @@ std::string environmentText(char const* name) {
 std::string programSetting() {
   void const* const text = dlsym(RTLD_DEFAULT, "KTX_LOG_DEFAULT");
   return text == nullptr ? std::string() : std::string(static_cast<char const*>(text));
+}
+
+void writeToStandardError(std::string_view text) {
+  // Where this fails, there is nobody left to tell.
+  static_cast<void>(writeToDescriptor(STDERR_FILENO, text));
 }
 
 void stayLoaded() {}  // the link option -z nodelete does it

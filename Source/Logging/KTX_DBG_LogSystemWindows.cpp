@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <cstdio>
+
 namespace KTX::DBG {
 
 namespace {
@@ -29,6 +31,12 @@ std::string environmentText(char const* name) {
 std::string programSetting() {
   FARPROC const text = GetProcAddress(GetModuleHandleW(nullptr), "KTX_LOG_DEFAULT");
   return text == nullptr ? std::string() : std::string(reinterpret_cast<char const*>(text));
+}
+
+void writeToStandardError(std::string_view text) {
+  // Where this fails, there is nobody left to tell.
+  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
+  static_cast<void>(std::fflush(stderr));
 }
 
 void stayLoaded() {
