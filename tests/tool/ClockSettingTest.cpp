@@ -48,8 +48,7 @@ class ClockRecorderC : public ReplayReportI {
   void setLeapSeconds(TIM::LeapSecondProviderI& /*provider*/) override {}
   void onInput(std::string const& /*name*/) override {}
   void onObservation(MessageReportC const& /*message*/,
-                     std::int64_t /*noiseMs*/,
-                     EstimateStepC const& /*step*/) override {}
+                     ObservationEffectC const& /*effect*/) override {}
   void onRefusal(MessageReportC const& /*message*/, RefusalE /*refusal*/) override { ++refusals; }
   void onCorrection(CorrectionReportC const& correction) override {
     corrections.push_back(correction.changeMs);

@@ -26,9 +26,7 @@ class TextReport : public ::testing::Test {
   std::string observationLine(TimeEventC const& event, double differenceMs) {
     out.buffer().clear();
     ObservationC const observation(event);
-    EstimateStepC step;
-    step.exactDifferenceMs = differenceMs;
-    report.onObservation(MessageReportC{event, SIGN_NONE, &observation}, 10, step);
+    report.onObservation(MessageReportC{event, SIGN_NONE, &observation}, {10, differenceMs, 0});
     std::string line = out.buffer();
     EXPECT_EQ('\n', line.back());
     line.pop_back();

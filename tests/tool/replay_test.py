@@ -39,6 +39,15 @@ class Trace(unittest.TestCase):
         lines = self.check(SAMPLES / "telit-he910.log", "--noise", "0", "--pc-offset", "86400000")
         self.assertEqual(187, len(lines))
 
+    def test_lines_are_those_of_the_library_with_a_changed_leap_second(self):
+        """The change makes the library observe its own present: a line that no message stands for."""
+        reports = "".join(f'{{"class":"TPV","mode":3,"time":"2024-02-01T00:00:0{i}.000Z","leapseconds":{count}}}\n'
+                          for i, count in enumerate((18, 17, 17)))
+        with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
+            log = pathlib.Path(folder, "reports.json")
+            log.write_text(reports)
+            self.assertEqual(4, len(self.check(log)))
+
 
 class MissingLogs(unittest.TestCase):
     """A log that cannot be read is told and leaves the others as they are; the run ends with 3."""

@@ -46,7 +46,7 @@ void RunOutputC::setLeapSeconds(TIM::LeapSecondProviderI& provider) {
   runReport->setLeapSeconds(provider);
 }
 
-void RunOutputC::onEstimate(EstimateStepC const& step) {
+void RunOutputC::onEstimate(TIM::TimeEstimateStepC const& step) {
   if (trace) {
     trace->onEstimate(step);
   }

@@ -7,7 +7,7 @@
 #include "output/OutputFile.h"
 #include "output/Plot.h"
 #include "output/TraceFile.h"
-#include "replay/EstimateStep.h"
+#include "replay/EstimateSink.h"
 #include "replay/ReplayEngine.h"
 #include "replay/ReplayReport.h"
 #include "system/ExitCode.h"
@@ -29,7 +29,7 @@ class RunOutputC : public EstimateSinkI {
   EstimateSinkI* estimates();
   void setLeapSeconds(TIM::LeapSecondProviderI& provider);
 
-  void onEstimate(EstimateStepC const& step) override;
+  void onEstimate(TIM::TimeEstimateStepC const& step) override;
 
   /// True once the results can no longer be written, so that a run may end early.
   bool hasFailed() const { return out.hasFailed(); }

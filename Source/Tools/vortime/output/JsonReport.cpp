@@ -176,9 +176,7 @@ void JsonReportC::appendTime(MessageReportC const& message) {
   appendShortest(text, message.observation->utcDayNumber());
 }
 
-void JsonReportC::onObservation(MessageReportC const& message,
-                                std::int64_t noiseMs,
-                                EstimateStepC const& step) {
+void JsonReportC::onObservation(MessageReportC const& message, ObservationEffectC const& effect) {
   if (quiet) {
     return;
   }
@@ -186,10 +184,10 @@ void JsonReportC::onObservation(MessageReportC const& message,
   appendMessage(message);
   appendTime(message);
   std::string& text = out.buffer();
-  appendNumber(text, "noise_ms", noiseMs);
-  appendNumber(text, "difference_ms", std::llround(step.exactDifferenceMs));
+  appendNumber(text, "noise_ms", effect.noiseMs);
+  appendNumber(text, "difference_ms", std::llround(effect.differenceMs));
   appendName(text, "sigma_ms");
-  appendShortest(text, step.estimatedSigma * MS_PER_DAY);
+  appendShortest(text, effect.sigma * MS_PER_DAY);
   appendSigns(text, message.signs);
   end();
 }
@@ -294,7 +292,7 @@ void JsonReportC::onSummary(SummaryReportC const& summary) {
   appendRecord(text, "leap_record", summary.leapRecord);
   appendName(text, "sigma_ms");
   if (summary.hasStarted) {
-    appendShortest(text, summary.estimate.estimatedSigma * MS_PER_DAY);
+    appendShortest(text, summary.sigma * MS_PER_DAY);
   } else {
     text += "null";
   }

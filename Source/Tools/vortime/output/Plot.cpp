@@ -13,6 +13,12 @@ bool endsWith(std::string const& text, std::string const& end) {
   return text.size() > end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
+// How far the present has been moved since the start of the estimate.
+double presentOffsetMs(TIM::TimeEstimateStepC const& step) {
+  return (step.mappedMjd - step.startMjd) * MS_PER_DAY -
+         static_cast<double>(step.mappedSteadyMs - step.startSteadyMs);
+}
+
 // As gnuplot wants a text: in single quotes, one inside doubled.
 std::string quoted(std::string const& text) {
   std::string result = "'";
@@ -64,7 +70,7 @@ bool PlotC::open() {
   return true;
 }
 
-void PlotC::onEstimate(EstimateStepC const& step) {
+void PlotC::onEstimate(TIM::TimeEstimateStepC const& step) {
   double const elapsedMs = static_cast<double>(step.steadyMs - step.startSteadyMs);
   std::string& text = file.buffer();
   appendFixed(text, elapsedMs / 1000, 3);
@@ -75,9 +81,9 @@ void PlotC::onEstimate(EstimateStepC const& step) {
   text += '\t';
   appendFixed(text, step.estimatedSigma * MS_PER_DAY, 3);
   text += '\t';
-  appendFixed(text, step.presentOffsetMs, 3);
+  appendFixed(text, presentOffsetMs(step), 3);
   text += '\t';
-  if (step.isCorrected) {
+  if (step.verdict == TIM::TIMEVERDICT_CORRECTED) {
     appendSigned(text, step.differenceMs);
   } else {
     text += "NaN";

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "output/OutputFile.h"
-#include "replay/EstimateStep.h"
+#include "replay/EstimateSink.h"
 
 namespace KTX::VORTIME {
 
@@ -19,7 +19,7 @@ class PlotC : public EstimateSinkI {
 
   /// Creates the table. False when that fails.
   bool open();
-  void onEstimate(EstimateStepC const& step) override;
+  void onEstimate(TIM::TimeEstimateStepC const& step) override;
   /// Closes the table and draws. False when that fails.
   bool draw();
 

@@ -94,8 +94,7 @@ std::string summaryText(SummaryReportC const& summary) {
   appendRow(
       text, "leap second",
       std::to_string(summary.leapSeconds) + " s in force (" + recordText(summary.leapRecord) + ")");
-  appendRow(text, "uncertainty",
-            summary.hasStarted ? millisecondsText(summary.estimate.estimatedSigma) : "unknown");
+  appendRow(text, "uncertainty", summary.hasStarted ? millisecondsText(summary.sigma) : "unknown");
   return text;
 }
 

@@ -104,9 +104,7 @@ void TextReportC::warnOnce(MessageReportC const& message) {
   endLine();
 }
 
-void TextReportC::onObservation(MessageReportC const& message,
-                                std::int64_t /*noiseMs*/,
-                                EstimateStepC const& step) {
+void TextReportC::onObservation(MessageReportC const& message, ObservationEffectC const& effect) {
   if (quiet) {
     warnOnce(message);
     return;
@@ -114,7 +112,7 @@ void TextReportC::onObservation(MessageReportC const& message,
   beginLine(message);
   appendTime(message);
   std::string number;
-  appendSigned(number, std::llround(step.exactDifferenceMs));
+  appendSigned(number, std::llround(effect.differenceMs));
   appendColumn(out.buffer(), number, 11);
   appendSigns(message.signs);
   out.buffer() += '\n';

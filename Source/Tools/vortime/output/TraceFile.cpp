@@ -26,12 +26,12 @@ void appendMs(std::string& text, char const* label, double days) {
 
 }  // namespace
 
-void TraceFileC::onEstimate(EstimateStepC const& step) {
+void TraceFileC::onEstimate(TIM::TimeEstimateStepC const& step) {
   appendLine(file.buffer(), step);
   file.commit();
 }
 
-void TraceFileC::appendLine(std::string& text, EstimateStepC const& step) {
+void TraceFileC::appendLine(std::string& text, TIM::TimeEstimateStepC const& step) {
   text += "STT-D:\t";
   appendSigned(text, step.steadyMs - step.startSteadyMs);
   text += '\t';

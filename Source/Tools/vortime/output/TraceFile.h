@@ -4,7 +4,7 @@
 #include <string>
 
 #include "output/OutputFile.h"
-#include "replay/EstimateStep.h"
+#include "replay/EstimateSink.h"
 
 namespace KTX::VORTIME {
 
@@ -16,10 +16,10 @@ class TraceFileC : public EstimateSinkI {
   bool close() { return file.close(); }
   std::string errorText() const { return file.errorText(); }
 
-  void onEstimate(EstimateStepC const& step) override;
+  void onEstimate(TIM::TimeEstimateStepC const& step) override;
 
   /// The line of one step, with its line end.
-  static void appendLine(std::string& text, EstimateStepC const& step);
+  static void appendLine(std::string& text, TIM::TimeEstimateStepC const& step);
 
  private:
   OutputFileC file;

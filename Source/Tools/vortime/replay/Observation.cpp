@@ -77,10 +77,6 @@ TIM::GpsC ObservationC::gps(TIM::LeapSecondProviderI& provider) const {
   return gps;
 }
 
-double ObservationC::observedDayNumber() const {
-  return statesGps ? handedOverDayNumber(statedGps) : utcDayNumber();
-}
-
 void ObservationC::makeToCurrentTime(std::int64_t noiseMs) const {
   if (statesGps) {
     statedGps.makeToCurrentTime(noiseMs, 1);

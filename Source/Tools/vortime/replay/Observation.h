@@ -25,8 +25,6 @@ class ObservationC {
   double utcDayNumber() const;
   /// In GPS time; a message that states UTC is converted by the leap seconds of provider.
   TIM::GpsC gps(TIM::LeapSecondProviderI& provider) const;
-  /// The day number in UTC that the library makes of this observation when it is handed over.
-  double observedDayNumber() const;
 
   /// Hands the observation to the library.
   void makeToCurrentTime(std::int64_t noiseMs) const;

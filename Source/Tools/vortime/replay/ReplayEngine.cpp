@@ -9,6 +9,7 @@
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_SysTimeClocks.h"
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "KTX/TIM/KTX_TIM_TimeEstimate.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondChanged.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
 #include "replay/TimeConversion.h"
@@ -17,6 +18,7 @@ namespace KTX::VORTIME {
 namespace {
 
 constexpr std::int64_t NS_PER_MS = 1000000;
+constexpr double MS_PER_DAY = 8.64e7;
 
 TIM::LeapSecondSource sourceOf(LeapSystemE system) {
   switch (system) {
@@ -100,9 +102,12 @@ ReplayEngineC::ReplayEngineC(HostPcI& hostPc,
   if (options.referenceUnixMs) {
     detector.setReferenceDate(*options.referenceUnixMs);
   }
+  estimateConnection = TIM::connectTimeEstimated([this](TIM::TimeEstimateStepC const& step) {
+    lastStep = step;
+    steps.push_back(step);
+  });
   correctionConnection = TIM::connectTimeCorrected(
       [this](int week, int millisecondsOfWeek, TIM::TimeChangeT const& change) {
-        mappedSteadyMs = steadyMs;
         CorrectionReportC correction;
         correction.week = static_cast<std::uint16_t>(week);
         correction.msOfWeek = static_cast<std::uint32_t>(millisecondsOfWeek);
@@ -185,7 +190,7 @@ void ReplayEngineC::onTime(TimeEventC const& event) {
     return;
   }
   if (!hasClocks) {
-    startClocks(reading);
+    startClocks();
     handPendingLeap();
   }
   useObservation(message, reading);
@@ -226,7 +231,7 @@ void ReplayEngineC::onFileDate(TimeEventC const& event) {
   }
   std::optional<PcReadingC> const reading = arrive(event, observation.unixMs());
   if (reading && !hasClocks) {
-    startClocks(*reading);
+    startClocks();
     handPendingLeap();
   }
 }
@@ -257,17 +262,14 @@ std::optional<PcReadingC> ReplayEngineC::arrive(TimeEventC const& event, std::in
   }
   isNewInput = false;
   latestUnixMs = unixMs;
-  steadyMs = reading->steadyMs;
   systemClock->hold(reading->systemUnixMs);
   steadyClock->hold(reading->steadyMs);
   return reading;
 }
 
-void ReplayEngineC::startClocks(PcReadingC const& reading) {
+void ReplayEngineC::startClocks() {
   hasClocks = true;
-  mappedSteadyMs = reading.steadyMs;
   TIM::setSysTimeClocks(systemClock, steadyClock);
-  mirror.start(utcDayNumberOf(reading.systemUnixMs), reading.steadyMs);
 }
 
 void ReplayEngineC::useObservation(MessageReportC const& message, PcReadingC const& reading) {
@@ -277,23 +279,32 @@ void ReplayEngineC::useObservation(MessageReportC const& message, PcReadingC con
   }
   std::int64_t const noiseMs = noiseOf(event);
   ObservationC const& observation = *message.observation;
-  EstimateStepC const& step =
-      mirror.observe(observation.observedDayNumber(), reading.steadyMs, noiseMs);
-  observation.makeToCurrentTime(noiseMs);
+  ObservationEffectC const effect = observe(observation, noiseMs);
   ArrivedTimeC const time = arrivedTime(observation, reading);
   // Before any report: writing one takes time, and the present is that of the arrival.
   std::optional<ClockStepC> const clock = stepClock(time, reading);
   detector.useTime(time, message.signs);
   ++runCounts.used;
-  report.onObservation(message, noiseMs, step);
-  if (estimates != nullptr) {
-    estimates->onEstimate(step);
-  }
+  report.onObservation(message, effect);
+  handOverSteps();
   reportCorrections();
   if (clock) {
     report.onClock(*clock);
   }
   reportOldMapping();
+}
+
+ObservationEffectC ReplayEngineC::observe(ObservationC const& observation, std::int64_t noiseMs) {
+  TIM::TimeEstimateStepC const before = lastStep;
+  observation.makeToCurrentTime(noiseMs);
+  // The step tells the difference cut to whole milliseconds; before the first one the seed defines
+  // the present.
+  bool const isFirst = before.number == 0;
+  double const presentMjd = isFirst ? lastStep.startMjd : before.mappedMjd;
+  std::int64_t const mappedMs = isFirst ? lastStep.startSteadyMs : before.mappedSteadyMs;
+  double const differenceMs = (lastStep.estimatedMjd - presentMjd) * MS_PER_DAY -
+                              static_cast<double>(lastStep.steadyMs - mappedMs);
+  return {noiseMs, differenceMs, lastStep.estimatedSigma};
 }
 
 std::optional<ClockStepC> ReplayEngineC::stepClock(ArrivedTimeC const& time,
@@ -344,7 +355,6 @@ void ReplayEngineC::refuseLeap(MessageReportC const& message,
 }
 
 void ReplayEngineC::setLeapSecond(LeapReportC& leapReport) {
-  TIM::GpsC const now = TIM::GpsC::currentTime();
   hasLeapChange = false;
   leapReport.isOffered = true;
   leapReport.resultCode = TIM::setUtcLeapSecond(leapReport.record, true);
@@ -356,13 +366,8 @@ void ReplayEngineC::setLeapSecond(LeapReportC& leapReport) {
                              ? REFUSAL_LEAP_INVALID
                              : REFUSAL_LEAP_REJECTED;
   }
-  if (hasLeapChange) {
-    // A change makes the library observe its own present anew, without noise.
-    EstimateStepC const& step = mirror.observe(handedOverDayNumber(now), steadyMs, 0);
-    if (estimates != nullptr) {
-      estimates->onEstimate(step);
-    }
-  }
+  // A change makes the library observe its own present anew, without noise.
+  handOverSteps();
 }
 
 void ReplayEngineC::handPendingLeap() {
@@ -384,6 +389,15 @@ void ReplayEngineC::countSigns(std::uint32_t signs) {
   }
 }
 
+void ReplayEngineC::handOverSteps() {
+  for (TIM::TimeEstimateStepC const& step : steps) {
+    if (estimates != nullptr) {
+      estimates->onEstimate(step);
+    }
+  }
+  steps.clear();
+}
+
 void ReplayEngineC::reportCorrections() {
   if (corrections.empty()) {
     return;
@@ -397,7 +411,7 @@ void ReplayEngineC::reportCorrections() {
 }
 
 void ReplayEngineC::reportOldMapping() {
-  std::int64_t const ageMs = steadyMs - mappedSteadyMs;
+  std::int64_t const ageMs = lastStep.steadyMs - lastStep.mappedSteadyMs;
   if (!hasToldOldMapping && ageMs > OLD_MAPPING_MS) {
     hasToldOldMapping = true;
     report.onOldMapping(ageMs);
@@ -420,8 +434,8 @@ void ReplayEngineC::finish(ReadCountsC const& read, bool isInterrupted) {
     refuse(MessageReportC{*pendingLeap, pendingLeap->signs, nullptr}, REFUSAL_NO_TIME);
     pendingLeap.reset();
   }
-  SummaryReportC summary{inputs,        read, runCounts, runCounts.used > 0,
-                         mirror.last(), 0,    {},        isInterrupted};
+  SummaryReportC summary{inputs, read, runCounts,    runCounts.used > 0, lastStep.estimatedSigma,
+                         0,      {},   isInterrupted};
   TIM::getCurrentUtcLeapSecond(summary.leapRecord);
   summary.leapSeconds = summary.leapRecord.current;
   report.onSummary(summary);

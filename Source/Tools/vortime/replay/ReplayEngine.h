@@ -13,7 +13,7 @@
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "readers/TimeEvent.h"
 #include "replay/ClockSetter.h"
-#include "replay/EstimateMirror.h"
+#include "replay/EstimateSink.h"
 #include "replay/HeldClock.h"
 #include "replay/HostPc.h"
 #include "replay/LeapHistory.h"
@@ -72,7 +72,7 @@ class ReplayEngineC : public TimeEventSinkI {
   void onFileDate(TimeEventC const& event);
   void seedLeapSecond(TimeEventC const& event);
   std::optional<PcReadingC> arrive(TimeEventC const& event, std::int64_t unixMs);
-  void startClocks(PcReadingC const& reading);
+  void startClocks();
   void useObservation(MessageReportC const& message, PcReadingC const& reading);
   void offerLeap(MessageReportC const& message);
   void setLeapSecond(LeapReportC& leapReport);
@@ -81,6 +81,8 @@ class ReplayEngineC : public TimeEventSinkI {
   void refuseLeap(MessageReportC const& message, LeapReportC& leapReport, RefusalE refusal);
   void refuse(MessageReportC const& message, RefusalE refusal);
   void countSigns(std::uint32_t signs);
+  ObservationEffectC observe(ObservationC const& observation, std::int64_t noiseMs);
+  void handOverSteps();
   void reportCorrections();
   void reportOldMapping();
   void handPendingLeap();
@@ -95,21 +97,21 @@ class ReplayEngineC : public TimeEventSinkI {
   LeapHistoryC history;
   SignDetectorC detector;
   ClockSetterC* clockSetter = nullptr;
-  EstimateMirrorC mirror;
   ReplayCountsC runCounts;
   std::vector<std::string> inputs;
   bool isNewInput = true;
   bool isSeeded = false;
   bool hasClocks = false;
   std::int64_t latestUnixMs = 0;
-  std::int64_t steadyMs = 0;
-  std::int64_t mappedSteadyMs = 0;  ///< when the library's mapping was last set
   bool hasToldOldMapping = false;
-  std::optional<TimeEventC> pendingLeap;  ///< came before the first time
+  std::optional<TimeEventC> pendingLeap;      ///< came before the first time
+  std::vector<TIM::TimeEstimateStepC> steps;  ///< of the message at hand
+  TIM::TimeEstimateStepC lastStep{};
   std::vector<CorrectionReportC> corrections;
   bool hasLeapChange = false;
   TIM::UtcLeapSecondRecord previousLeap{};
   TIM::UtcLeapSecondRecord currentLeap{};
+  boost::signals2::scoped_connection estimateConnection;
   boost::signals2::scoped_connection correctionConnection;
   boost::signals2::scoped_connection leapConnection;
 };

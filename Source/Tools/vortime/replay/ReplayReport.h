@@ -10,7 +10,6 @@
 #include "readers/ReadCounts.h"
 #include "readers/TimeEvent.h"
 #include "replay/ClockStep.h"
-#include "replay/EstimateStep.h"
 #include "replay/Observation.h"
 #include "replay/ReplayCounts.h"
 
@@ -21,6 +20,13 @@ struct MessageReportC {
   TimeEventC const& event;
   std::uint32_t signs = SIGN_NONE;            ///< those of the event and those found since
   ObservationC const* observation = nullptr;  ///< null without a time
+};
+
+/// What an observation did to the library's estimate.
+struct ObservationEffectC {
+  std::int64_t noiseMs = 0;  ///< standard deviation that the observation was given
+  double differenceMs = 0;   ///< estimate after it minus the present before it
+  double sigma = 0;          ///< standard deviation of the estimate, days
 };
 
 /// A correction of the present that the library released.
@@ -52,8 +58,8 @@ struct SummaryReportC {
   std::vector<std::string> inputs;
   ReadCountsC const& read;
   ReplayCountsC const& counts;
-  bool hasStarted = false;  ///< an observation was handed over, and estimate means something
-  EstimateStepC estimate;
+  bool hasStarted = false;  ///< an observation was handed over, and sigma means something
+  double sigma = 0;         ///< standard deviation of the estimate, days
   std::int16_t leapSeconds = 0;
   TIM::UtcLeapSecondRecord leapRecord{};
   bool isInterrupted = false;
@@ -66,9 +72,7 @@ class ReplayReportI {
   /// The leap seconds by which stated UTC is shown as GPS time; given before the first event.
   virtual void setLeapSeconds(TIM::LeapSecondProviderI& provider) = 0;
   virtual void onInput(std::string const& name) = 0;
-  virtual void onObservation(MessageReportC const& message,
-                             std::int64_t noiseMs,
-                             EstimateStepC const& step) = 0;
+  virtual void onObservation(MessageReportC const& message, ObservationEffectC const& effect) = 0;
   virtual void onRefusal(MessageReportC const& message, RefusalE refusal) = 0;
   virtual void onCorrection(CorrectionReportC const& correction) = 0;
   /// The PC's clock was to be set.

@@ -31,10 +31,6 @@ std::int64_t unixMsOf(TIM::YmdhmsC const& calendar) {
          calendar.effectiveMilliseconds();
 }
 
-double utcDayNumberOf(std::int64_t unixMs) {
-  return TIM::MjdTimeC(utcCalendarOf(unixMs)).getDayNumber();
-}
-
 TIM::GpsC gpsOfUtc(TIM::YmdhmsC const& utc, TIM::LeapSecondProviderI& provider) {
   TIM::GpsC gps(&provider);
   gps += TIM::GpsTimeC(utc);
@@ -48,12 +44,6 @@ TIM::YmdhmsC utcOfGps(TIM::GpsC const& gps) {
   TIM::GpsTimeC utc(shifted);
   utc.setTimeBase(TIM::TIMEBASE_UTC);
   return TIM::YmdhmsC(TIM::MjdTimeC(utc), 1);
-}
-
-double handedOverDayNumber(TIM::GPSTimeC const& gps) {
-  TIM::MjdTimeC observed(TIM::YmdhmsC(TIM::MjdTimeC(gps), 1));
-  observed.toUtc();
-  return observed.getDayNumber();
 }
 
 }  // namespace KTX::VORTIME

@@ -15,18 +15,11 @@ TIM::YmdhmsC utcCalendarOf(std::int64_t unixMs);
 /// The same the other way; the base of the calendar does not count.
 std::int64_t unixMsOf(TIM::YmdhmsC const& calendar);
 
-/// Day number in UTC of an instant in milliseconds since 1970-01-01.
-double utcDayNumberOf(std::int64_t unixMs);
-
 /// An instant in UTC as GPS time, by the leap seconds of the given provider.
 TIM::GpsC gpsOfUtc(TIM::YmdhmsC const& utc, TIM::LeapSecondProviderI& provider);
 
 /// An instant in GPS time as UTC to the millisecond, by the leap seconds of its own provider.
 TIM::YmdhmsC utcOfGps(TIM::GpsC const& gps);
-
-/// The day number in UTC that the library makes of an instant in GPS time handed over as an
-/// observation: through the calendar to the millisecond, by the library's leap seconds.
-double handedOverDayNumber(TIM::GPSTimeC const& gps);
 
 }  // namespace KTX::VORTIME
 
