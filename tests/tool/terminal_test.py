@@ -7,6 +7,7 @@ import fcntl
 import os
 import pathlib
 import pty
+import re
 import select
 import shutil
 import signal
@@ -336,6 +337,23 @@ class Failures(unittest.TestCase):
             self.assertEqual(5, result.returncode)
             self.assertIn("is it installed?", result.stderr)
             self.assertTrue(pathlib.Path(folder, "p.tsv").is_file())
+
+
+class Suggestions(unittest.TestCase):
+    def test_every_command_and_option(self):
+        """Two letters that changed places, in each name that is long enough to be told."""
+        commands = ("replay", "watch", "now", "convert", "leap", "leap check", "leap load", "zone", "zone current",
+                    "zone show", "zone map", "zone resolve")
+        for command in commands:
+            *outer, name = command.split()
+            swapped = name[:-2] + name[-1] + name[-2]
+            with self.subTest(command=command):
+                self.assertIn(f"did you mean {name}?", run(*outer, swapped).stderr)
+            for option in sorted(set(re.findall(r"--([a-z][a-z-]+)", run(*command.split(), "--help").stdout))):
+                with self.subTest(command=command, option=option):
+                    swapped = option[:-2] + option[-1] + option[-2]
+                    if option[-1] != option[-2]:
+                        self.assertIn(f"did you mean --{option}?", run(*command.split(), "--" + swapped).stderr)
 
 
 class ControlCharacters(unittest.TestCase):
