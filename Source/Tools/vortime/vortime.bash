@@ -1,7 +1,7 @@
 # Completion of vortime for bash.
 _vortime() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} command=${COMP_WORDS[1]} words=
-  local run="--json --quiet --trace --plot --noise --strict --step-limit --date --help"
+  local run="--json --quiet --trace --plot --force --noise --strict --step-limit --date --help"
   case $previous in
     --trace | --plot | --leap-file) mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
     --from | --to) mapfile -t COMPREPLY < <(compgen -W "week iso mjd unix fat gps utc local" -- "$current"); return ;;

@@ -15,6 +15,7 @@
 #include "commands/UsageError.h"
 #include "commands/WatchCommand.h"
 #include "commands/ZoneCommand.h"
+#include "output/Plot.h"
 #include "readers/CivilTime.h"
 #include "readers/IsoTime.h"
 
@@ -28,12 +29,16 @@ void addRunOutput(CLI::App& app, RunOutputOptionsC& output) {
   app.add_flag(
       "-q,--quiet", output.isQuiet,
       "Leave out observations and refusals; corrections, leap seconds and the summary stay");
-  app.add_option("--trace", output.tracePath, "Write the estimator's data lines to FILE")
+  app.add_option("--trace", output.tracePath,
+                 "Write the estimator's data lines to FILE; - is standard output")
       ->type_name("FILE");
   app.add_option("--plot", output.plotPath,
                  "Draw observations, estimate, uncertainty and corrections with gnuplot: FILE.png, "
                  "FILE.svg or, without ending, both; the table goes to FILE.tsv")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check([](std::string const& path) { return PlotC::problemOf(path); });
+  app.add_flag("--force", output.isForced,
+               "Replace files that no run of vortime wrote; without it they stay as they are");
 }
 
 void addEngine(CLI::App& app, ReplayOptionsC& engine) {

@@ -87,7 +87,9 @@ ExitCodeE runReplay(ReplayCommandOptionsC const& options, int resultDescriptor) 
     return EXIT_BAD_INPUT;
   }
   RunOutputC output(options.output, resultDescriptor, false);
-  if (!output.open()) {
+  std::vector<std::string> inputs = options.logs;
+  inputs.push_back(options.leapFile);
+  if (!output.open(inputs)) {
     return EXIT_BAD_OUTPUT;
   }
   if (!options.leapFile.empty() &&

@@ -14,8 +14,9 @@ namespace KTX::VORTIME {
 struct RunOutputOptionsC {
   bool isJson = false;
   bool isQuiet = false;
-  std::string tracePath;  ///< empty for none
+  std::string tracePath;  ///< "-" for standard output, empty for none
   std::string plotPath;   ///< empty for none
+  bool isForced = false;  ///< files that no run of the tool wrote may be replaced
 };
 
 enum ProgressE { PROGRESS_AUTOMATIC, PROGRESS_ALWAYS, PROGRESS_NEVER };

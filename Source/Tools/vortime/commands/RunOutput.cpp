@@ -9,7 +9,7 @@
 namespace KTX::VORTIME {
 
 RunOutputC::RunOutputC(RunOutputOptionsC const& outputOptions, int resultDescriptor, bool isLive)
-    : options(outputOptions) {
+    : options(outputOptions), resultsDescriptor(resultDescriptor), isFlushed(isLive) {
   out.takeOver(resultDescriptor);
   if (options.isJson) {
     runReport = std::make_unique<JsonReportC>(out, options.isQuiet, isLive);
@@ -20,26 +20,29 @@ RunOutputC::RunOutputC(RunOutputOptionsC const& outputOptions, int resultDescrip
 
 RunOutputC::~RunOutputC() = default;
 
-bool RunOutputC::open() {
-  if (!options.tracePath.empty()) {
+bool RunOutputC::open(std::vector<std::string> const& inputs) {
+  OutputGuardC guard(inputs, resultsDescriptor, options.isForced);
+  bool isOpen = true;
+  if (!options.tracePath.empty() && !tracesToResults()) {
     trace = std::make_unique<TraceFileC>();
-    if (!trace->create(options.tracePath)) {
-      printError("cannot write " + options.tracePath + ": " + trace->errorText());
-      return false;
-    }
+    isOpen = trace->open(options.tracePath, guard);
   }
-  if (!options.plotPath.empty()) {
+  if (isOpen && !options.plotPath.empty()) {
     plot = std::make_unique<PlotC>(options.plotPath);
-    if (!plot->open()) {
-      printError(plot->errorText());
-      return false;
-    }
+    isOpen = plot->open(guard);
   }
-  return true;
+  if (!isOpen) {
+    printError(guard.errorText());
+  }
+  return isOpen;
+}
+
+bool RunOutputC::tracesToResults() const {
+  return options.tracePath == "-";
 }
 
 EstimateSinkI* RunOutputC::estimates() {
-  return trace || plot ? this : nullptr;
+  return trace || plot || tracesToResults() ? this : nullptr;
 }
 
 void RunOutputC::setLeapSeconds(TIM::LeapSecondProviderI& provider) {
@@ -47,6 +50,14 @@ void RunOutputC::setLeapSeconds(TIM::LeapSecondProviderI& provider) {
 }
 
 void RunOutputC::onEstimate(TIM::TimeEstimateStepC const& step) {
+  if (tracesToResults()) {
+    TraceFileC::appendLine(out.buffer(), step);
+    if (isFlushed) {
+      out.flush();
+    } else {
+      out.commit();
+    }
+  }
   if (trace) {
     trace->onEstimate(step);
   }

@@ -2,6 +2,8 @@
 #define KTX_VORTIME_RUNOUTPUT_H
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "commands/ReplayCommand.h"
 #include "output/OutputFile.h"
@@ -21,8 +23,9 @@ class RunOutputC : public EstimateSinkI {
   RunOutputC(RunOutputOptionsC const& outputOptions, int resultDescriptor, bool isLive);
   ~RunOutputC() override;
 
-  /// Opens what is written to files; says what cannot be opened.
-  bool open();
+  /// Opens what is written to files; says what cannot be opened. inputs: the names of what the run
+  /// reads, none of which is written.
+  bool open(std::vector<std::string> const& inputs);
   ReplayReportI& report() { return *runReport; }
   OutputFileC& results() { return out; }
   /// Null when nobody wants the estimator's steps.
@@ -37,9 +40,12 @@ class RunOutputC : public EstimateSinkI {
   ExitCodeE finish();
 
  private:
+  bool tracesToResults() const;
   ExitCodeE drawPlot();
 
   RunOutputOptionsC const options;
+  int const resultsDescriptor;
+  bool const isFlushed;  ///< after each line
   OutputFileC out;
   std::unique_ptr<ReplayReportI> runReport;
   std::unique_ptr<TraceFileC> trace;

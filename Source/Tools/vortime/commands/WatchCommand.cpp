@@ -63,7 +63,7 @@ ExitCodeE runWatch(WatchCommandOptionsC const& options, int resultDescriptor) {
     return EXIT_BAD_INPUT;
   }
   RunOutputC output(options.output, resultDescriptor, true);
-  if (!output.open()) {
+  if (!output.open({options.source})) {
     return EXIT_BAD_OUTPUT;
   }
   InterruptC const interrupt;

@@ -3,14 +3,23 @@
 #include <cstdio>
 
 #include "output/TextFormat.h"
+#include "system/FileName.h"
 
 namespace KTX::VORTIME {
 namespace {
 
 constexpr double MS_PER_DAY = 8.64e7;
+constexpr char const* TABLE_HEAD =
+    "# seconds\tobservation_ms\testimate_ms\tsigma_ms\tpresent_ms\tcorrection_ms\n";
+constexpr std::size_t ENDING_LENGTH = 4;
 
-bool endsWith(std::string const& text, std::string const& end) {
-  return text.size() > end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+// In lower case, with its point; empty for none.
+std::string endingOf(std::string const& path) {
+  std::string ending = fileName(filePath(path).extension());
+  for (char& c : ending) {
+    c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  }
+  return ending;
 }
 
 // How far the present has been moved since the start of the estimate.
@@ -19,16 +28,24 @@ double presentOffsetMs(TIM::TimeEstimateStepC const& step) {
          static_cast<double>(step.mappedSteadyMs - step.startSteadyMs);
 }
 
-// As gnuplot wants a text: in single quotes, one inside doubled.
+// As gnuplot reads a text without acting upon anything in it. Names are whole, so that none begins
+// with what makes gnuplot run a command.
 std::string quoted(std::string const& text) {
-  std::string result = "'";
+  std::string result = "\"";
   for (char const c : text) {
-    result += c;
-    if (c == '\'') {
+    bool const isPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '/' || c == '_' ||
+                         c == '-' || c == '.' || c == ' ';
+    if (isPlain) {
       result += c;
+      continue;
+    }
+    auto const byte = static_cast<unsigned char>(c);
+    result += '\\';
+    for (unsigned const shift : {6U, 3U, 0U}) {
+      result += static_cast<char>('0' + (static_cast<unsigned>(byte) >> shift & 7U));
     }
   }
-  return result + "'";
+  return result + '"';
 }
 
 std::FILE* startGnuplot() {
@@ -51,23 +68,61 @@ int endGnuplot(std::FILE* pipe) {
 }  // namespace
 
 PlotC::PlotC(std::string const& path) {
-  std::string base = path;
-  if (endsWith(path, ".png") || endsWith(path, ".svg")) {
-    base.resize(path.size() - 4);
-    pictures = {path};
+  std::string const ending = endingOf(path);
+  if (ending.empty()) {
+    addPicture(path + ".png", PICTURE_PNG);
+    addPicture(path + ".svg", PICTURE_SVG);
+    table = path + ".tsv";
   } else {
-    pictures = {base + ".png", base + ".svg"};
+    addPicture(path, ending == ".svg" ? PICTURE_SVG : PICTURE_PNG);
+    table = path.substr(0, path.size() - ENDING_LENGTH) + ".tsv";
   }
-  table = base + ".tsv";
 }
 
-bool PlotC::open() {
-  if (!file.create(table)) {
-    error = "cannot write " + table + ": " + file.errorText();
+void PlotC::addPicture(std::string const& path, PictureFormatE format) {
+  pictures.push_back(PictureC{path, format, std::make_unique<ReplacedFileC>()});
+}
+
+std::string PlotC::problemOf(std::string const& path) {
+  std::string const ending = endingOf(path);
+  if (filePath(path).filename().empty() || path == "-") {
+    return "a plot needs the name of a file";
+  }
+  if (!ending.empty() && ending != ".png" && ending != ".svg") {
+    return "cannot draw a file that ends in " + ending +
+           "; name FILE.png, FILE.svg, or FILE without an ending for both";
+  }
+  return {};
+}
+
+bool PlotC::open(OutputGuardC& guard) {
+  for (PictureC const& picture : pictures) {
+    if (!guard.open(*picture.place, picture.path, pictureMark(picture.format))) {
+      return false;
+    }
+    if (picture.place->isDirect()) {
+      return guard.fail(picture.path, "a picture needs a file");
+    }
+  }
+  if (!guard.open(tablePlace, table, FileMarkC{TABLE_HEAD, "\n"})) {
     return false;
   }
-  file.write("# seconds\tobservation_ms\testimate_ms\tsigma_ms\tpresent_ms\tcorrection_ms\n");
+  if (tablePlace.isDirect()) {
+    return guard.fail(table, "a table needs a file");
+  }
+  if (!file.create(tablePlace.partPath())) {
+    return guard.fail(table, file.errorText());
+  }
+  file.write(TABLE_HEAD);
   return true;
+}
+
+std::vector<std::string> PlotC::picturePaths() const {
+  std::vector<std::string> paths;
+  for (PictureC const& picture : pictures) {
+    paths.push_back(picture.path);
+  }
+  return paths;
 }
 
 void PlotC::onEstimate(TIM::TimeEstimateStepC const& step) {
@@ -106,12 +161,12 @@ std::string PlotC::script() const {
       "set offsets graph 0.01, graph 0.02, graph 0.08, graph 0.08\n"
       "set style fill transparent solid 0.25 noborder\n"
       "t = " +
-      quoted(table) + "\n";
-  for (std::string const& picture : pictures) {
-    text += endsWith(picture, ".svg")
+      quoted(tablePlace.path()) + "\n";
+  for (PictureC const& picture : pictures) {
+    text += picture.format == PICTURE_SVG
                 ? "set terminal svg size 1200,675 dynamic font 'sans,14' background rgb 'white'\n"
                 : "set terminal pngcairo size 1200,675 font 'sans,12'\n";
-    text += "set output " + quoted(picture) +
+    text += "set output " + quoted(picture.place->partPath()) +
             "\n"
             "plot t using 1:($3-$4):($3+$4) with filledcurves lc rgb '#3070c0' "
             "title 'estimate ± 1 σ', \\\n"
@@ -127,23 +182,38 @@ std::string PlotC::script() const {
   return text;
 }
 
-bool PlotC::draw() {
-  if (!file.close()) {
-    error = "cannot write " + table + ": " + file.errorText();
+bool PlotC::runGnuplot() {
+  std::FILE* const pipe = startGnuplot();
+  if (pipe == nullptr) {
     return false;
   }
-  std::FILE* const pipe = startGnuplot();
-  bool isDrawn = pipe != nullptr;
-  if (isDrawn) {
-    std::fputs(script().c_str(), pipe);
-    isDrawn = endGnuplot(pipe) == 0;
+  std::fputs(script().c_str(), pipe);
+  return endGnuplot(pipe) == 0;
+}
+
+bool PlotC::draw() {
+  if (!file.close() || !tablePlace.commit()) {
+    error = "cannot write " + table + ": " +
+            (file.hasFailed() ? file.errorText() : tablePlace.errorText());
+    return false;
+  }
+  bool isDrawn = runGnuplot();
+  for (PictureC const& picture : pictures) {
+    isDrawn = isDrawn && markPicture(picture.place->partPath(), picture.format);
   }
   if (!isDrawn) {
     programFailed = true;
-    error = "gnuplot could not draw " + pictures.front() + " (is it installed?); the table is in " +
-            table;
+    error = "gnuplot could not draw " + pictures.front().path +
+            " (is it installed?); the table is in " + table;
+    return false;
   }
-  return isDrawn;
+  for (PictureC const& picture : pictures) {
+    if (!picture.place->commit()) {
+      error = "cannot write " + picture.path + ": " + picture.place->errorText();
+      return false;
+    }
+  }
+  return true;
 }
 
 }  // namespace KTX::VORTIME

@@ -1,10 +1,14 @@
 #ifndef KTX_VORTIME_PLOT_H
 #define KTX_VORTIME_PLOT_H
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "output/OutputFile.h"
+#include "output/OutputGuard.h"
+#include "output/PictureMark.h"
+#include "output/ReplacedFile.h"
 #include "replay/EstimateSink.h"
 
 namespace KTX::VORTIME {
@@ -17,24 +21,36 @@ class PlotC : public EstimateSinkI {
   /// endings added. The table stands beside them with the ending .tsv.
   explicit PlotC(std::string const& path);
 
-  /// Creates the table. False when that fails.
-  bool open();
+  /// Why nothing can be drawn under this name: another ending, or no name at all. Empty when it
+  /// can.
+  static std::string problemOf(std::string const& path);
+
+  /// Begins the files. False, with the error of guard, when one must not be written or cannot be.
+  bool open(OutputGuardC& guard);
   void onEstimate(TIM::TimeEstimateStepC const& step) override;
-  /// Closes the table and draws. False when that fails.
+  /// Puts the table in its place, draws, and puts the pictures in theirs. False when that fails.
   bool draw();
 
-  std::string const& tablePath() const { return table; }
-  std::vector<std::string> const& picturePaths() const { return pictures; }
+  std::vector<std::string> picturePaths() const;
   /// What went wrong.
   std::string const& errorText() const { return error; }
   /// It was gnuplot that failed, or that is missing.
   bool hasProgramFailed() const { return programFailed; }
 
  private:
+  struct PictureC {
+    std::string path;
+    PictureFormatE format;
+    std::unique_ptr<ReplacedFileC> place;
+  };
+
+  void addPicture(std::string const& path, PictureFormatE format);
   std::string script() const;
+  bool runGnuplot();
 
   std::string table;
-  std::vector<std::string> pictures;
+  ReplacedFileC tablePlace;
+  std::vector<PictureC> pictures;
   std::string error;
   bool programFailed = false;
   OutputFileC file;

@@ -7,6 +7,7 @@
 namespace KTX::VORTIME {
 namespace {
 
+constexpr FileMarkC MARK{"STT-D:\t", "\t\n"};
 constexpr double MS_PER_DAY = 8.64e7;
 constexpr int DAY_DECIMALS = 15;
 
@@ -25,6 +26,19 @@ void appendMs(std::string& text, char const* label, double days) {
 }
 
 }  // namespace
+
+bool TraceFileC::open(std::string const& path, OutputGuardC& guard) {
+  return guard.open(place, path, MARK) &&
+         (file.create(place.partPath()) || guard.fail(path, file.errorText()));
+}
+
+bool TraceFileC::close() {
+  return file.close() && place.commit();
+}
+
+std::string TraceFileC::errorText() const {
+  return file.hasFailed() ? file.errorText() : place.errorText();
+}
 
 void TraceFileC::onEstimate(TIM::TimeEstimateStepC const& step) {
   appendLine(file.buffer(), step);

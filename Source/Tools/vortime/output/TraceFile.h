@@ -4,6 +4,8 @@
 #include <string>
 
 #include "output/OutputFile.h"
+#include "output/OutputGuard.h"
+#include "output/ReplacedFile.h"
 #include "replay/EstimateSink.h"
 
 namespace KTX::VORTIME {
@@ -12,9 +14,11 @@ namespace KTX::VORTIME {
 /// channel "TimeEstimatorData": labels and values, each followed by a tab.
 class TraceFileC : public EstimateSinkI {
  public:
-  bool create(std::string const& path) { return file.create(path); }
-  bool close() { return file.close(); }
-  std::string errorText() const { return file.errorText(); }
+  /// Begins the file. False, with the error of guard, when it must not be written or cannot be.
+  bool open(std::string const& path, OutputGuardC& guard);
+  /// Puts the file in its place. False after any failure.
+  bool close();
+  std::string errorText() const;
 
   void onEstimate(TIM::TimeEstimateStepC const& step) override;
 
@@ -22,6 +26,7 @@ class TraceFileC : public EstimateSinkI {
   static void appendLine(std::string& text, TIM::TimeEstimateStepC const& step);
 
  private:
+  ReplacedFileC place;
   OutputFileC file;
 };
 

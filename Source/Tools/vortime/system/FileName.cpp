@@ -48,6 +48,22 @@ std::wstring wideFileName(std::string const& name) {
   return wide;
 }
 
+std::filesystem::path filePath(std::string const& name) {
+#if defined(_WIN32)
+  return std::filesystem::path(wideFileName(name));
+#else
+  return std::filesystem::path(name);
+#endif
+}
+
+std::string fileName(std::filesystem::path const& path) {
+#if defined(_WIN32)
+  return narrowText(path.native());
+#else
+  return path.native();
+#endif
+}
+
 std::string narrowText(std::wstring const& text) {
   std::string narrow;
   for (std::size_t at = 0; at < text.size(); ++at) {
