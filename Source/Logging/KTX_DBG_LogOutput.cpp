@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <mutex>
 #include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/rotating_file_sink.h>
@@ -17,10 +18,26 @@ namespace KTX::DBG {
 
 namespace {
 
+/// The system's id of the thread in hexadecimal, as the lines of the time library name threads.
+class HexThreadIdC : public spdlog::custom_flag_formatter {
+ public:
+  void format(spdlog::details::log_msg const& message,
+              std::tm const& /*time*/,
+              spdlog::memory_buf_t& line) override {
+    fmt::format_to(std::back_inserter(line), "{:x}", message.thread_id);
+  }
+
+  std::unique_ptr<custom_flag_formatter> clone() const override {
+    return std::make_unique<HexThreadIdC>();
+  }
+};
+
 std::unique_ptr<spdlog::formatter> makeFormatter() {
+  auto formatter =
+      std::make_unique<spdlog::pattern_formatter>("%v", spdlog::pattern_time_type::utc, "\n");
   // Time in UTC with microseconds, thread id, channel; the payload begins with the level.
-  return std::make_unique<spdlog::pattern_formatter>("%Y-%m-%dT%H:%M:%S.%fZ %t %n %v",
-                                                     spdlog::pattern_time_type::utc, "\n");
+  formatter->add_flag<HexThreadIdC>('*').set_pattern("%Y-%m-%dT%H:%M:%S.%fZ %* %n %v");
+  return formatter;
 }
 
 bool isDeviceOrPipe(std::filesystem::path const& path) {

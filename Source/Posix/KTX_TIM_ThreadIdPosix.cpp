@@ -1,6 +1,8 @@
 #include "support/KTX_TIM_ThreadId.h"
 
 #include <atomic>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace KTX::TIM {
 
@@ -17,13 +19,18 @@ std::uint32_t nextThreadId() {
 
 }  // namespace
 
-// The system's own id has 64 bits here, and neither half of it is unique.
+// Counted: the system's own id would cost a call of the system each time, and a kept one would be
+// wrong in the child of a fork().
 std::uint32_t currentThreadId32() {
   thread_local std::uint32_t id = 0;
   if (id == 0) {
     id = nextThreadId();
   }
   return id;
+}
+
+std::uint32_t currentSystemThreadId() {
+  return static_cast<std::uint32_t>(syscall(SYS_gettid));
 }
 
 }  // namespace KTX::TIM

@@ -12,7 +12,11 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// Length of "2024-03-07T08:09:05.042123Z 4711 " at the begin of line; 0 if that does not stand
+bool isHexDigit(char c) {
+  return isDigit(c) || (c >= 'a' && c <= 'f');
+}
+
+/// Length of "2024-03-07T08:09:05.042123Z 12a7 " at the begin of line; 0 if that does not stand
 /// there.
 std::size_t stampLength(std::string const& line) {
   std::string const time = "dddd-dd-ddTdd:dd:dd.ddddddZ ";
@@ -24,7 +28,7 @@ std::size_t stampLength(std::string const& line) {
       return 0;
     }
   }
-  while (end < line.size() && isDigit(line[end])) {
+  while (end < line.size() && isHexDigit(line[end])) {
     ++end;
   }
   bool const hasThread = end > time.size() && end < line.size() && line[end] == ' ';

@@ -1,8 +1,16 @@
 #include "KTX_DBG_LogOutput.h"
 
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <sys/syscall.h>
+#include <unistd.h>
+#endif
+
 #include <algorithm>
 #include <ctime>
 #include <filesystem>
+#include <sstream>
 #include <thread>
 #include <vector>
 
@@ -28,6 +36,14 @@ std::string utcNow() {
   return text;
 }
 
+std::uint64_t systemThreadId() {
+#ifdef _WIN32
+  return GetCurrentThreadId();
+#else
+  return static_cast<std::uint64_t>(syscall(SYS_gettid));
+#endif
+}
+
 class LogOutput : public ::testing::Test {
  protected:
   LogSettingsC fileSettings(char const* name) const {
@@ -51,6 +67,14 @@ TEST_F(LogOutput, PutsTimeThreadChannelAndLevelInFront) {
   std::string const stamp = line.substr(0, before.size());
   EXPECT_LE(before, stamp);
   EXPECT_LE(stamp, after);
+}
+
+TEST_F(LogOutput, NamesTheThreadByTheSystemsIdInHexadecimal) {
+  LogOutputC output(fileSettings("a.log"));
+  output.writeLine("C", "3", "x");
+  std::ostringstream expected;
+  expected << "Z " << std::hex << systemThreadId() << " C 3 x\n";
+  EXPECT_THAT(folder.read("a.log"), ::testing::EndsWith(expected.str()));
 }
 
 TEST_F(LogOutput, TellsThreadsApart) {

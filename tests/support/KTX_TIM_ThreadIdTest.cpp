@@ -11,6 +11,10 @@
 #include <boost/thread/thread.hpp>
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include "support/KTX_TIM_LockWait.h"
+#endif
+
 namespace KTX::TIM::TEST {
 namespace {
 
@@ -43,10 +47,16 @@ TEST(ThreadId, DiffersBetweenThreadsThatLiveAtOnce) {
 
 TEST(ThreadId, IsWrittenInLowerCaseHexadecimal) {
   char expected[16];
-  std::snprintf(expected, sizeof(expected), "%x", static_cast<unsigned>(currentThreadId32()));
+  std::snprintf(expected, sizeof(expected), "%x", static_cast<unsigned>(currentSystemThreadId()));
   EXPECT_EQ(expected, currentThreadIdText());
   EXPECT_EQ(std::string::npos, currentThreadIdText().find_first_not_of("0123456789abcdef"));
 }
+
+#ifndef _WIN32
+TEST(ThreadId, IsTheSystemsInTexts) {
+  EXPECT_EQ(static_cast<std::uint32_t>(systemThreadId()), currentSystemThreadId());
+}
+#endif
 
 #ifdef _WIN32
 TEST(ThreadId, IsTheOneOfTheThreadLibrary) {

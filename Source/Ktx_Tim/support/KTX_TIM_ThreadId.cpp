@@ -8,7 +8,7 @@ namespace KTX::TIM {
 std::string currentThreadIdText() {
   std::array<char, 8> digits{};  // 32 bits
   auto const end =
-      std::to_chars(digits.data(), digits.data() + digits.size(), currentThreadId32(), 16).ptr;
+      std::to_chars(digits.data(), digits.data() + digits.size(), currentSystemThreadId(), 16).ptr;
   return std::string(digits.data(), end);
 }
 

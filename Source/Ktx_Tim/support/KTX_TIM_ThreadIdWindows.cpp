@@ -5,6 +5,10 @@
 namespace KTX::TIM {
 
 std::uint32_t currentThreadId32() {
+  return currentSystemThreadId();
+}
+
+std::uint32_t currentSystemThreadId() {
   return boost::winapi::GetCurrentThreadId();
 }
 
