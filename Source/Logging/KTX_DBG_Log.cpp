@@ -23,6 +23,16 @@ LogChannelC& LogC::channel(std::string const& name) {
   return channels.try_emplace(name, name, settings.thresholdOf(name), *output).first->second;
 }
 
+void LogC::lock() {
+  mutex.lock();
+  output->lock();
+}
+
+void LogC::unlock() {
+  output->unlock();
+  mutex.unlock();
+}
+
 bool LogC::setUp(std::string const& settingText, std::string& fault) {
   if (!parseLogSettings(settingText, settings, fault)) {
     return false;
@@ -34,6 +44,7 @@ bool LogC::setUp(std::string const& settingText, std::string& fault) {
 LogC& processLog() {
   static LogC& log = []() -> LogC& {
     stayLoaded();
+    watchForks([] { processLog().lock(); }, [] { processLog().unlock(); });
     std::string const setting = environmentText("KTX_LOG");
     return *new LogC(setting.empty() ? programSetting() : setting);
   }();

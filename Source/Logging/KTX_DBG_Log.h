@@ -24,6 +24,10 @@ class LogC {
   /// The channel of this name, made on first use; it lives as long as the log.
   LogChannelC& channel(std::string const& name);
 
+  /// While it is locked no other thread writes a line or makes a channel.
+  void lock();
+  void unlock();
+
  private:
   bool setUp(std::string const& settingText, std::string& fault);
 

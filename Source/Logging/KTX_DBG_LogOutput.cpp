@@ -95,6 +95,9 @@ class LogOutputC::SinksC {
     }
   }
 
+  void lock() { mutex.lock(); }
+  void unlock() { mutex.unlock(); }
+
   /// Runs what may throw.
   template <typename Action>
   void attempt(Action const& action) {
@@ -176,6 +179,14 @@ void LogOutputC::writeLine(std::string_view channelName,
     sinks->write(
         {spdlog::string_view_t(channelName.data(), channelName.size()), spdlog::level::off, line});
   });
+}
+
+void LogOutputC::lock() {
+  sinks->lock();
+}
+
+void LogOutputC::unlock() {
+  sinks->unlock();
 }
 
 }  // namespace KTX::DBG

@@ -26,6 +26,10 @@ class LogOutputC {
   /// One line end at the end of text is left out: the line gets its own. Throws nothing.
   void writeLine(std::string_view channelName, std::string_view level, std::string_view text);
 
+  /// While it is locked no other thread writes.
+  void lock();
+  void unlock();
+
  private:
   class SinksC;
 

@@ -19,6 +19,10 @@ void writeToStandardError(std::string_view text);
 /// Keeps this library loaded until the process ends, because its log stays open until then.
 void stayLoaded();
 
+/// Has before called before each fork() of the process, and after in both processes; never on
+/// Windows. For a library that stays loaded.
+void watchForks(void (*before)(), void (*after)());
+
 }  // namespace KTX::DBG
 
 #endif  // KTX_DBG_LOGSYSTEM_H

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <dlfcn.h>
+#include <pthread.h>
 #include <unistd.h>
 
 #include "KTX_DBG_LogDescriptor.h"
@@ -24,5 +25,9 @@ void writeToStandardError(std::string_view text) {
 }
 
 void stayLoaded() {}  // the link option -z nodelete does it
+
+void watchForks(void (*before)(), void (*after)()) {
+  pthread_atfork(before, after, after);
+}
 
 }  // namespace KTX::DBG

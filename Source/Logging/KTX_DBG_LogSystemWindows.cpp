@@ -45,4 +45,6 @@ void stayLoaded() {
                      reinterpret_cast<LPCWSTR>(&stayLoaded), &module);
 }
 
+void watchForks(void (* /*before*/)(), void (* /*after*/)()) {}
+
 }  // namespace KTX::DBG

@@ -58,6 +58,8 @@ bool toTimespec(SystemTimeRecordC const& utc, std::timespec& time) {
 
 class PosixSystemCallsC : public SystemCallsI {
  public:
+  PosixSystemCallsC() { zones.keepUsableAfterFork(); }
+
   void getSystemTime(SystemTimeRecordC& utc) override {
     std::timespec const time = realTime();
     std::tm fields{};

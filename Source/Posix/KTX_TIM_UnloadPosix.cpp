@@ -9,6 +9,7 @@
 #include <link.h>
 
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
+#include "support/KTX_TIM_ForkLocks.h"
 #include "support/KTX_TIM_ProcessObject.h"
 
 namespace KTX::TIM {
@@ -42,6 +43,7 @@ bool const isNeverUnloaded = isLoadedWithProgram() || std::atexit(&noteProcessEn
 
 __attribute__((destructor)) void finaliseLibrary() {
   if (!isNeverUnloaded && !isProcessEnding) {
+    forgetForkLocks();
     processObjects().destroyAll();
   }
 }

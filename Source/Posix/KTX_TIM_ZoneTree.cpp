@@ -6,6 +6,7 @@
 
 #include "KTX/TIM/KTX_TIM_Guard.h"
 #include "Posix/KTX_TIM_CivilDate.h"
+#include "support/KTX_TIM_ForkLocks.h"
 
 namespace KTX::TIM {
 
@@ -194,6 +195,10 @@ ZoneTreeC::TableT ZoneTreeC::presentTable(ZoneSourcesC const& sources) {
     tableFolder = std::move(folder);
   }
   return table;
+}
+
+void ZoneTreeC::keepUsableAfterFork() {
+  KTX::TIM::keepUsableAfterFork(FORKLOCK_ZONETREE, mutex);
 }
 
 ZoneTreeC::TableT ZoneTreeC::presentTable() {

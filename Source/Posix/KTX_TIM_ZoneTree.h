@@ -37,6 +37,8 @@ class ZoneTreeC {
                           std::u16string const& name,
                           void* data,
                           std::uint32_t& sizeBytes);
+  /// Keeps the tree usable in the child of a fork(). For one tree of the process.
+  void keepUsableAfterFork();
   /// Keys hold nothing that would have to be given back.
   void closeKey(KeyHandleT /*key*/) {}
 

@@ -20,6 +20,7 @@
 #include "leapseconds/KTX_TIM_GpsCalendar.h"
 #include "leapseconds/KTX_TIM_LeapSecondEffectivity.h"
 #include "leapseconds/KTX_TIM_LeapSecondRules.h"
+#include "support/KTX_TIM_ForkLocks.h"
 #include "support/KTX_TIM_LogChannels.h"
 #include "support/KTX_TIM_PermanentSlot.h"
 #include "support/KTX_TIM_ProcessObject.h"
@@ -179,6 +180,7 @@ UtcLeapSecondStore::UtcLeapSecondStore()
     : effectivity(this),
       normalSlot(defaultLeapSecondRecord()),
       forcedSlot(defaultLeapSecondRecord()) {
+  keepUsableAfterFork(FORKLOCK_STORE, mutex);
   connectPermanentSlot(changed);
   updateEffectivity();
 }

@@ -9,7 +9,9 @@
 #include "currenttime/KTX_TIM_PosixClock.h"
 #include "currenttime/KTX_TIM_SysTimeOffset.h"
 #include "currenttime/KTX_TIM_TimeSignals.h"
+#include "support/KTX_TIM_ForkLocks.h"
 #include "support/KTX_TIM_LogChannels.h"
+#include "support/KTX_TIM_SystemCalls.h"
 
 namespace KTX::TIM {
 
@@ -18,6 +20,7 @@ namespace {
 bool startLibrary() {
   openLogChannels();
   getTimeLock();
+  operatingSystemCalls();
   getTimeZoneInstance();
   getDefaultLeapSecondProvider();
   timeCorrectedSignal();
@@ -26,6 +29,7 @@ bool startLibrary() {
   posixEpoch<boost::milli>();
   posixEpoch<boost::nano>();
   SysTimeOffsetT::instance();
+  watchForks();
   return true;
 }
 

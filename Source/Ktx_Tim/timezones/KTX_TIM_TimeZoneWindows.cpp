@@ -10,6 +10,7 @@
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_WindowsZoneNames.h"
+#include "support/KTX_TIM_ForkLocks.h"
 #include "support/KTX_TIM_PermanentSlot.h"
 #include "support/KTX_TIM_ProcessObject.h"
 #include "support/KTX_TIM_SystemCalls.h"
@@ -337,6 +338,8 @@ void TimeZoneWindowsC::emitTimeZoneChanged() {
 
 TimeZoneC& getTimeZoneInstance() {
   static ProcessObjectC<TimeZoneWindowsC> zone;
+  [[maybe_unused]] static bool const isKept =
+      (keepUsableAfterFork(FORKLOCK_ZONENAME, (*zone).nameMutex), true);
   return *zone;
 }
 

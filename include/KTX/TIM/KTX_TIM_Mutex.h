@@ -21,6 +21,8 @@ class KTX_TIM_API KTX_TIM_CAPABILITY("mutex") Mutex : public Lock {
   void unlock() KTX_TIM_RELEASE() override;
 
  private:
+  friend class ForkedMutexC;
+
   boost::recursive_mutex mutex;
 };
 

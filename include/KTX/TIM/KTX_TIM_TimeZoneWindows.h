@@ -49,6 +49,8 @@ class KTX_TIM_API TimeZoneWindowsC : public TimeZoneC {
                                 std::wstring& resolved) override;
 
  private:
+  friend KTX_TIM_API TimeZoneC& getTimeZoneInstance();
+
   std::wstring currentTimeZoneName();
   std::wstring heldName() const;
   std::wstring takeHeldName();
