@@ -1,6 +1,7 @@
 #include "commands/TimeForm.h"
 
 #include <array>
+#include <cstddef>
 
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
 #include "KTX/TIM/KTX_TIM_TimeConstants.h"
@@ -132,7 +133,8 @@ bool inBase(TIM::GpsTimeC const& time,
   // The library's conversions wrap round at both ends of the weeks.
   std::int64_t const changeMs = msSinceEpoch(converted) - msSinceEpoch(time);
   if (changeMs < -MS_PER_WEEK || changeMs > MS_PER_WEEK) {
-    reason = std::string("in ") + BASE_NAMES.at(base) + ' ' + outOfWeeksText(changeMs > 0);
+    reason = std::string("in ") + BASE_NAMES.at(static_cast<std::size_t>(base)) + ' ' +
+             outOfWeeksText(changeMs > 0);
     return false;
   }
   result = converted;
