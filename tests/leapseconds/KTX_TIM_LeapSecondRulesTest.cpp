@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "KTX/TIM/KTX_TIM_Gps.h"
+#include "KTX/TIM/KTX_TIM_LogAssert.h"
 #include "common/KTX_TIM_LogCapture.h"
 #include "leapseconds/KTX_TIM_LeapSecondModel.h"
 #include "leapseconds/KTX_TIM_LeapSecondScopes.h"
@@ -21,6 +23,29 @@ constexpr LeapSecondSource NO_SOURCE = static_cast<LeapSecondSource>(9);
 
 GPSTimeC timeOf(std::int64_t ms) {
   return GPSTimeC(0, 0) + ms;
+}
+
+// Logs the assertions, as the caller does.
+LeapSecondVerdictE compareLeapSecondBy(UtcLeapSecondRecord const& held,
+                                       UtcLeapSecondRecord const& incoming,
+                                       PresentT const& present) {
+  LeapSecondAssertionsT assertions;
+  LeapSecondVerdictE const verdict = compareLeapSecond(held, incoming, present, assertions);
+  for (char const* const text : assertions) {
+    logAssertion(text);
+  }
+  return verdict;
+}
+
+LeapSecondVerdictE compareLeapSecondAt(UtcLeapSecondRecord const& held,
+                                       UtcLeapSecondRecord const& incoming,
+                                       GPSTimeC const& now) {
+  return compareLeapSecondBy(held, incoming, [&now] { return now; });
+}
+
+LeapSecondVerdictE compareLeapSecondNow(UtcLeapSecondRecord const& held,
+                                        UtcLeapSecondRecord const& incoming) {
+  return compareLeapSecondBy(held, incoming, [] { return GPSTimeC(GpsC::currentTime()); });
 }
 
 TEST(LeapSecondValidity, IsDecidedInTheFixedOrderOfItsSteps) {
@@ -333,17 +358,17 @@ class LeapSecondAcceptanceNow : public ::testing::Test {
 TEST_F(LeapSecondAcceptanceNow, ReadsThePresentInGpsTime) {
   UtcLeapSecondRecord const held = defaultLeapSecondRecord();
   UtcLeapSecondRecord const incoming{LEAPSECOND_GPS, 18, 18, 2347, 3, true};
-  EXPECT_EQ(LEAPSECOND_ACCEPT, compareLeapSecond(held, incoming));
+  EXPECT_EQ(LEAPSECOND_ACCEPT, compareLeapSecondNow(held, incoming));
   present.set(1719791999999);
-  EXPECT_EQ(LEAPSECOND_REJECT, compareLeapSecond(held, incoming));
+  EXPECT_EQ(LEAPSECOND_REJECT, compareLeapSecondNow(held, incoming));
 }
 
 TEST_F(LeapSecondAcceptanceNow, UsesOnePresentForTheHeldCountToo) {
   UtcLeapSecondRecord const held{LEAPSECOND_GPS, 17, 18, 2321, 1, true};
   UtcLeapSecondRecord const incoming{LEAPSECOND_GPS, 18, 19, 2334, 2, true};
-  EXPECT_EQ(LEAPSECOND_ACCEPT, compareLeapSecond(held, incoming));
+  EXPECT_EQ(LEAPSECOND_ACCEPT, compareLeapSecondNow(held, incoming));
   present.set(1719791999999);
-  EXPECT_EQ(LEAPSECOND_REJECT, compareLeapSecond(held, incoming));
+  EXPECT_EQ(LEAPSECOND_REJECT, compareLeapSecondNow(held, incoming));
 }
 
 TEST_F(LeapSecondAcceptanceNow, ReadsThePresentOnlyWhereItDecides) {
@@ -356,14 +381,14 @@ TEST_F(LeapSecondAcceptanceNow, ReadsThePresentOnlyWhereItDecides) {
   for (auto const& c : cases) {
     SCOPED_TRACE(leapSecondSourceName(c.incoming.source));
     std::size_t const readsBefore = present.readCount();
-    compareLeapSecond(defaultLeapSecondRecord(), c.incoming);
+    compareLeapSecondNow(defaultLeapSecondRecord(), c.incoming);
     EXPECT_EQ(c.reads, present.readCount() - readsBefore);
   }
 }
 
 TEST_F(LeapSecondAcceptanceNow, WritesNothing) {
   LogCaptureC const log;
-  compareLeapSecond(defaultLeapSecondRecord(), {LEAPSECOND_GPS, 18, 19, 2400, 7, true});
+  compareLeapSecondNow(defaultLeapSecondRecord(), {LEAPSECOND_GPS, 18, 19, 2400, 7, true});
   EXPECT_THAT(log.entries(), IsEmpty());
 }
 

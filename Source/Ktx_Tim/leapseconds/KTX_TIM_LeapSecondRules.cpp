@@ -2,8 +2,6 @@
 
 #include <cstdlib>
 
-#include "KTX/TIM/KTX_TIM_Gps.h"
-#include "KTX/TIM/KTX_TIM_LogAssert.h"
 #include "leapseconds/KTX_TIM_GpsCalendar.h"
 #include "leapseconds/KTX_TIM_LeapSecondEffectivity.h"
 #include "support/KTX_TIM_LogChannels.h"
@@ -71,18 +69,13 @@ bool isValidLeapSecond(UtcLeapSecondRecord const& record) {
 }
 
 LeapSecondVerdictE compareLeapSecond(UtcLeapSecondRecord const& held,
-                                     UtcLeapSecondRecord const& incoming) {
-  // Reading the present may print a warning, so it is read only where it decides.
-  bool const isPresentNeeded = incoming.source != LEAPSECOND_FORCED && incoming.effectivityKnown;
-  return compareLeapSecondAt(held, incoming, isPresentNeeded ? GpsC::currentTime() : GpsC());
-}
-
-LeapSecondVerdictE compareLeapSecondAt(UtcLeapSecondRecord const& held,
-                                       UtcLeapSecondRecord const& incoming,
-                                       GPSTimeC const& now) {
+                                     UtcLeapSecondRecord const& incoming,
+                                     PresentT const& present,
+                                     LeapSecondAssertionsT& assertions) {
   if (incoming.source == LEAPSECOND_FORCED) {
     return LEAPSECOND_ACCEPT;
   }
+  GPSTimeC const now = incoming.effectivityKnown ? present() : GPSTimeC();
   if (incoming.effectivityKnown && isTooFarAhead(incoming, now)) {
     return LEAPSECOND_REJECT;
   }
@@ -93,11 +86,11 @@ LeapSecondVerdictE compareLeapSecondAt(UtcLeapSecondRecord const& held,
     return LEAPSECOND_REJECT;
   }
   if (!incoming.effectivityKnown) {
-    logAssertion("New leap second has no known effectivity!");
+    assertions.push_back("New leap second has no known effectivity!");
     return LEAPSECOND_REJECT;
   }
   if (!held.effectivityKnown) {
-    logAssertion("Held leap second has no known effectivity!");
+    assertions.push_back("Held leap second has no known effectivity!");
     return LEAPSECOND_ACCEPT;
   }
   return compareAnnouncements(held, incoming, now);

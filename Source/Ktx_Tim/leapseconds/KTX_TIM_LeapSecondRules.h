@@ -2,6 +2,8 @@
 #define KTX_TIM_LEAPSECONDRULES_H
 
 #include <cstdint>
+#include <functional>
+#include <vector>
 
 #include "KTX/TIM/KTX_TIM_GpsTimeValue.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
@@ -19,15 +21,18 @@ enum LeapSecondVerdictE : std::int32_t {
 /// satellite record of a system other than GPS with a known effectivity. Any thread may call.
 bool isValidLeapSecond(UtcLeapSecondRecord const& record);
 
-/// Whether incoming may replace held, the record of the slot it is meant for, at the present. The
-/// library-wide lock is taken where the present matters.
-LeapSecondVerdictE compareLeapSecond(UtcLeapSecondRecord const& held,
-                                     UtcLeapSecondRecord const& incoming);
+/// Texts of assertions, for the caller to log.
+using LeapSecondAssertionsT = std::vector<char const*>;
+/// Gives the present in GPS time.
+using PresentT = std::function<GPSTimeC()>;
 
-/// As compareLeapSecond() at the instant now, in GPS time. It takes no lock.
-LeapSecondVerdictE compareLeapSecondAt(UtcLeapSecondRecord const& held,
-                                       UtcLeapSecondRecord const& incoming,
-                                       GPSTimeC const& now);
+/// Whether incoming may replace held, the record of the slot it is meant for. Asks for the present
+/// at most once, and only where it decides: reading it may print a warning. Logs nothing; appends
+/// to assertions.
+LeapSecondVerdictE compareLeapSecond(UtcLeapSecondRecord const& held,
+                                     UtcLeapSecondRecord const& incoming,
+                                     PresentT const& present,
+                                     LeapSecondAssertionsT& assertions);
 
 }  // namespace KTX::TIM
 

@@ -1,5 +1,3 @@
-#include <cstdio>
-#include <limits>
 #include <optional>
 
 #include <boost/make_shared.hpp>
@@ -9,7 +7,6 @@
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_Guard.h"
 #include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
-#include "KTX/TIM/KTX_TIM_LogAssert.h"
 #include "KTX/TIM/KTX_TIM_Mutex.h"
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
@@ -17,26 +14,14 @@
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
 #include "currenttime/KTX_TIM_Observation.h"
-#include "leapseconds/KTX_TIM_GpsCalendar.h"
-#include "leapseconds/KTX_TIM_LeapSecondEffectivity.h"
-#include "leapseconds/KTX_TIM_LeapSecondRules.h"
+#include "leapseconds/KTX_TIM_LeapSecondLog.h"
+#include "leapseconds/KTX_TIM_LeapSecondSlots.h"
 #include "support/KTX_TIM_ForkLocks.h"
-#include "support/KTX_TIM_LogChannels.h"
 #include "support/KTX_TIM_PermanentSlot.h"
 #include "support/KTX_TIM_ProcessObject.h"
-#include "support/KTX_TIM_ThreadId.h"
 
 namespace KTX::TIM {
 namespace {
-
-/// Later than every instant.
-constexpr std::uint64_t NEVER = std::numeric_limits<std::uint64_t>::max();
-
-/// A number that orders instants by week first, then by milliseconds, also where the milliseconds
-/// are not normalised.
-inline std::uint64_t orderOf(GPSTimeC const& time) {
-  return std::uint64_t{time.getWeek()} << 32U | time.getMsOfWeek();
-}
 
 /// The leap seconds of the process: what satellites or the default say, and what was forced.
 class UtcLeapSecondStore final : public LeapSecondProviderI {
@@ -61,13 +46,6 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
   boost::signals2::connection connect(UtcLeapSecondChangedSlot const& slot);
 
  private:
-  struct StateC {
-    GpsC effectivity;
-    UtcLeapSecondRecord normalSlot;
-    UtcLeapSecondRecord forcedSlot;
-    std::uint64_t futureFrom;
-  };
-
   /// What a setter did, still untold.
   struct ChangeC {
     std::uint32_t result = RC_OK;
@@ -82,30 +60,12 @@ class UtcLeapSecondStore final : public LeapSecondProviderI {
       KTX_TIM_REQUIRES(mutex);
   ChangeC setOrUndo(UtcLeapSecondRecord const& record, GpsC const& now, bool makeCurrent)
       KTX_TIM_REQUIRES(mutex);
-  void updateEffectivity() KTX_TIM_REQUIRES(mutex);
-
-  StateC state() const KTX_TIM_REQUIRES(mutex) {
-    return {effectivity, normalSlot, forcedSlot, futureFrom};
-  }
-  void setState(StateC const& newState) KTX_TIM_REQUIRES(mutex);
-
-  UtcLeapSecondRecord const& inForce() const KTX_TIM_REQUIRES(mutex) {
-    return forcedSlot.source == LEAPSECOND_FORCED ? forcedSlot : normalSlot;
-  }
-  bool isFutureInForce(GPSTimeC const& time) const KTX_TIM_REQUIRES(mutex) {
-    return orderOf(time) >= futureFrom;
-  }
-
   void announceChange(ChangeC const& change, boost::shared_ptr<UtcLeapSecondChanged> const& event)
       KTX_TIM_REQUIRES(mutex);
 
   Mutex mutex;
   boost::signals2::signal<void(boost::shared_ptr<UtcLeapSecondChanged> const&)> changed;
-  GpsC effectivity KTX_TIM_GUARDED_BY(mutex);
-  UtcLeapSecondRecord normalSlot KTX_TIM_GUARDED_BY(mutex);
-  UtcLeapSecondRecord forcedSlot KTX_TIM_GUARDED_BY(mutex);
-  /// The effectivity instant as orderOf() gives it; NEVER while the effectivity is not known.
-  std::uint64_t futureFrom KTX_TIM_GUARDED_BY(mutex) = NEVER;
+  LeapSecondSlotsC slots KTX_TIM_GUARDED_BY(mutex);
 };
 
 // Inline: every value that is built asks for it.
@@ -114,99 +74,44 @@ inline UtcLeapSecondStore& leapSecondStore() {
   return *store;
 }
 
-void logNotAccepted(UtcLeapSecondRecord const& incoming, UtcLeapSecondRecord const& held) {
-  leapSecondLog().printLine(6,
-                            "New leap second not accepted! - Source: %s/%s, Current: %d/%d, "
-                            "Future: %d/%d, Week: %d/%d, Day: %d/%d, EffectivityKnown: %d/%d\n",
-                            leapSecondSourceName(incoming.source),
-                            leapSecondSourceName(held.source), incoming.current, held.current,
-                            incoming.future, held.future, incoming.week, held.week, incoming.day,
-                            held.day, incoming.effectivityKnown, held.effectivityKnown);
-}
-
-void logSetting(UtcLeapSecondRecord const& record, GPSTimeC const& now) {
-  CalendarDateC const date = calendarDate(effectivityDayEnd(record).toMilliseconds64());
-  char text[32];
-  std::snprintf(text, sizeof text, "%04u-%02u-%02u 00:00:00", static_cast<unsigned>(date.year),
-                static_cast<unsigned>(date.month), static_cast<unsigned>(date.day));
-  leapSecondLog().printLine(3,
-                            "Setting new UTC leap second - Source: %s, GPSTime: %ld, GPSWeek: %ld, "
-                            "Current: %d, Future: %d, Date: %s, EffectivityKnown: %d\n",
-                            leapSecondSourceName(record.source),
-                            static_cast<long>(now.getMsOfWeek()), static_cast<long>(now.getWeek()),
-                            record.current, record.future, text, record.effectivityKnown);
-}
-
-void logChanged(UtcLeapSecondRecord const& record) {
-  leapSecondLog().printLine(3,
-                            "Active UTC Leap Second has changed - Source: %s, Current: %d, "
-                            "Future: %d, Week: %d, Day: %d, EffectivityKnown: %d\n",
-                            leapSecondSourceName(record.source), record.current, record.future,
-                            record.week, record.day, record.effectivityKnown);
-}
-
-void logResetRefused(UtcLeapSecondRecord const& record) {
-  leapSecondLog().printLine(6,
-                            "Reset UTC leap second (satellite) failed - Source: %s, Current: %d, "
-                            "Future: %d, Week: %d, Day: %d, EffectivityKnown: %d\n",
-                            leapSecondSourceName(record.source), record.current, record.future,
-                            record.week, record.day, record.effectivityKnown);
-}
-
-void logReset(UtcLeapSecondRecord const& record) {
-  leapSecondLog().printLine(3,
-                            "New UTC leap second (satellite) after reset - Source: %s, "
-                            "Current: %d, Future: %d, Week: %d, Day: %d, EffectivityKnown: %d\n",
-                            leapSecondSourceName(record.source), record.current, record.future,
-                            record.week, record.day, record.effectivityKnown);
-}
-
 /// Hands now back as an exact observation: GPS time goes on as it was, and UTC moves by the change
 /// of the leap seconds.
 ObservationResultC carryOverPresent(GpsC const& now) {
-  if (leapSecondLog().isLevelEnabled(3)) {
-    leapSecondLog().printLine(3,
-                              "%s - setGpsUTCParameters call to makeToCurrentTime:: "
-                              "GPSweek: %ld GPSmsecs: %ld\n",
-                              currentThreadIdText().c_str(), static_cast<long>(now.getWeek()),
-                              static_cast<long>(now.getMsOfWeek()));
+  if (isLeapSecondTraced()) {
+    logCarryOver(now);
   }
   constexpr std::int64_t NO_NOISE_MS = 0;
   constexpr std::int32_t TO_MILLISECONDS = 1;
   return observe(now, NO_NOISE_MS, TO_MILLISECONDS);
 }
 
-UtcLeapSecondStore::UtcLeapSecondStore()
-    : effectivity(this),
-      normalSlot(defaultLeapSecondRecord()),
-      forcedSlot(defaultLeapSecondRecord()) {
+UtcLeapSecondStore::UtcLeapSecondStore() : slots(this) {
   keepUsableAfterFork(FORKLOCK_STORE, mutex);
   connectPermanentSlot(changed);
-  updateEffectivity();
 }
 
 std::uint32_t UtcLeapSecondStore::getLeapSecond(GpsC const& time,
                                                 UtcLeapSecondRecord& record,
                                                 GpsC* effectivityOut) {
   Guard const guard(mutex);
-  record = inForce();
-  if (isFutureInForce(time)) {
+  record = slots.inForce();
+  if (slots.isFutureInForce(time)) {
     record.current = record.future;
   }
   if (effectivityOut != nullptr) {
-    *effectivityOut = effectivity;
+    *effectivityOut = slots.effectivity();
   }
   return RC_OK;
 }
 
 UtcLeapSecondRecord UtcLeapSecondStore::normalRecord() {
   Guard const guard(mutex);
-  return normalSlot;
+  return slots.normalSlot();
 }
 
 std::int16_t UtcLeapSecondStore::countAt(GpsC const& time) {
   Guard const guard(mutex);
-  return isFutureInForce(time) ? inForce().future : inForce().current;
+  return slots.isFutureInForce(time) ? slots.inForce().future : slots.inForce().current;
 }
 
 std::uint32_t UtcLeapSecondStore::setValid(UtcLeapSecondRecord const& record, bool makeCurrent) {
@@ -218,10 +123,10 @@ std::uint32_t UtcLeapSecondStore::setValid(UtcLeapSecondRecord const& record, bo
     now.makeToCurrentTime();
   }
   Guard const guard(mutex);
-  event->previous = inForce();
+  event->previous = slots.inForce();
   ChangeC const change = setOrUndo(record, now, makeCurrent);
   if (change.isInForce) {
-    event->current = inForce();
+    event->current = slots.inForce();
     announceChange(change, event);
   }
   return change.result;
@@ -243,13 +148,11 @@ void UtcLeapSecondStore::announceChange(ChangeC const& change,
 
 void UtcLeapSecondStore::resetNormal(UtcLeapSecondRecord const* record) {
   Guard const guard(mutex);
-  // Without a record the count survives.
-  normalSlot = record != nullptr
-                   ? *record
-                   : UtcLeapSecondRecord{LEAPSECOND_DEFAULT, normalSlot.current, 0, 0, 0, false};
-  updateEffectivity();
-  if (leapSecondLog().isLevelEnabled(3)) {
-    logReset(normalSlot);
+  LeapSecondSettingC const setting = slots.reset(record);
+  slots = setting.slots;
+  logLeapSecondAssertions(setting.assertions);
+  if (isLeapSecondTraced()) {
+    logReset(slots.normalSlot());
   }
 }
 
@@ -258,57 +161,46 @@ boost::signals2::connection UtcLeapSecondStore::connect(UtcLeapSecondChangedSlot
 }
 
 std::uint32_t UtcLeapSecondStore::SetLeapSecond(UtcLeapSecondRecord const& record) {
-  if (record == withdrawForcedRecord()) {
-    forcedSlot.source = LEAPSECOND_DEFAULT;
-    updateEffectivity();
+  LeapSecondSettingC const setting =
+      slots.set(record, [] { return GPSTimeC(GpsC::currentTime()); });
+  logLeapSecondAssertions(setting.assertions);
+  if (setting.verdict == LEAPSECOND_ACCEPT) {
+    slots = setting.slots;
     return RC_OK;
   }
-  UtcLeapSecondRecord& slot = record.source == LEAPSECOND_FORCED ? forcedSlot : normalSlot;
-  if (record == slot) {
-    return RC_OK;
+  if (setting.verdict != LEAPSECOND_SAME_DAY) {
+    logNotAccepted(record, slots.slotOf(record));
   }
-  LeapSecondVerdictE const verdict = compareLeapSecond(slot, record);
-  if (verdict != LEAPSECOND_ACCEPT) {
-    if (verdict != LEAPSECOND_SAME_DAY) {
-      logNotAccepted(record, slot);
-    }
-    return RC_LEAPSECOND_NOT_ACCEPTED;
-  }
-  // An unknown effectivity leaves nothing of the announcement.
-  slot = record.effectivityKnown
-             ? record
-             : UtcLeapSecondRecord{record.source, record.current, 0, 0, 0, false};
-  updateEffectivity();
-  return RC_OK;
+  return RC_LEAPSECOND_NOT_ACCEPTED;
 }
 
 std::uint32_t UtcLeapSecondStore::setTraced(UtcLeapSecondRecord const& record,
                                             GPSTimeC const& now) {
-  if (!leapSecondLog().isLevelEnabled(3)) {
+  if (!isLeapSecondTraced()) {
     return SetLeapSecond(record);
   }
   logSetting(record, now);
   std::uint32_t const result = SetLeapSecond(record);
-  leapSecondLog().printLine(3, "SetLeapSecond returns %d.\n", static_cast<int>(result));
+  logSettingResult(result);
   return result;
 }
 
 UtcLeapSecondStore::ChangeC UtcLeapSecondStore::set(UtcLeapSecondRecord const& record,
                                                     GpsC const& now,
                                                     bool makeCurrent) {
-  UtcLeapSecondRecord const previous = inForce();
+  UtcLeapSecondRecord const previous = slots.inForce();
   ChangeC change;
   change.result = setTraced(record, now);
-  change.isInForce = change.result == RC_OK && inForce() != previous;
-  bool const isTraced = leapSecondLog().isLevelEnabled(3);
+  change.isInForce = change.result == RC_OK && slots.inForce() != previous;
+  bool const isTraced = isLeapSecondTraced();
   if (!change.isInForce) {
     if (isTraced) {
-      leapSecondLog().printLine(3, "Active UTC Leap Second has NOT changed.\n");
+      logNotChanged();
     }
     return change;
   }
   if (isTraced) {
-    logChanged(inForce());
+    logChanged(slots.inForce());
   }
   if (makeCurrent) {
     change.carried = carryOverPresent(now);
@@ -320,31 +212,12 @@ UtcLeapSecondStore::ChangeC UtcLeapSecondStore::set(UtcLeapSecondRecord const& r
 UtcLeapSecondStore::ChangeC UtcLeapSecondStore::setOrUndo(UtcLeapSecondRecord const& record,
                                                           GpsC const& now,
                                                           bool makeCurrent) {
-  StateC const before = state();
+  LeapSecondSlotsC const before = slots;
   try {
     return set(record, now, makeCurrent);
   } catch (...) {
-    setState(before);
+    slots = before;
     throw;
-  }
-}
-
-void UtcLeapSecondStore::setState(StateC const& newState) {
-  effectivity = newState.effectivity;
-  normalSlot = newState.normalSlot;
-  forcedSlot = newState.forcedSlot;
-  futureFrom = newState.futureFrom;
-}
-
-void UtcLeapSecondStore::updateEffectivity() {
-  UtcLeapSecondRecord const& record = inForce();
-  effectivity = GpsC(this);
-  futureFrom = NEVER;
-  if (record.effectivityKnown) {
-    effectivity += effectivityInstant(record);
-    futureFrom = orderOf(effectivity);
-  } else if (record.week != 0 || record.day != 0) {
-    logAssertion("Leap second has a week or day without a known effectivity!");
   }
 }
 
@@ -365,27 +238,6 @@ std::uint32_t setUtcLeapSecond(UtcLeapSecondRecord const& record, bool makeCurre
   return leapSecondStore().setValid(record, makeCurrent);
 }
 
-std::uint32_t setUtcLeapSecond(std::int16_t current,
-                               std::int16_t future,
-                               std::uint16_t week,
-                               std::uint8_t day,
-                               LeapSecondSource source) {
-  return setUtcLeapSecond({source, current, future, week, day, week != 0 || day != 0}, true);
-}
-
-std::uint32_t setUtcLeapSecond(std::int16_t current,
-                               std::int16_t future,
-                               GPSTimeC const& firstDay,
-                               LeapSecondSource source) {
-  UtcLeapSecondRecord record{source, current, future, 0, 0, true};
-  setEffectivityDayBefore(record, firstDay);
-  return setUtcLeapSecond(record, true);
-}
-
-std::uint32_t setUtcLeapSecond(std::int16_t count) {
-  return setUtcLeapSecond(count, count, GPSTimeC(), LEAPSECOND_DEFAULT);
-}
-
 std::uint32_t resetSatelliteLeapSecond(UtcLeapSecondRecord const* record) {
   if (record != nullptr && (!isValidLeapSecond(*record) || record->source == LEAPSECOND_FORCED)) {
     logResetRefused(*record);
@@ -397,10 +249,6 @@ std::uint32_t resetSatelliteLeapSecond(UtcLeapSecondRecord const* record) {
 
 std::uint32_t getUtcLeapSecondAt(GpsC const& time, UtcLeapSecondRecord& record) {
   return leapSecondStore().getLeapSecond(time, record, nullptr);
-}
-
-std::uint32_t getCurrentUtcLeapSecond(UtcLeapSecondRecord& record) {
-  return getUtcLeapSecondAt(GpsC::currentTime(), record);
 }
 
 std::uint32_t getNormalLeapSecond(UtcLeapSecondRecord& record) {
