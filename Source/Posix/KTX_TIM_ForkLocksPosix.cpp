@@ -2,8 +2,9 @@
 
 #include <array>
 #include <atomic>
-#include <new>
 #include <pthread.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include "KTX/TIM/KTX_TIM_Mutex.h"
 
@@ -12,15 +13,11 @@ namespace KTX::TIM {
 /// Reaches what a Mutex is made of.
 class ForkedMutexC {
  public:
-  /// In the child, for a mutex that the only thread holds. That thread has a new id there, by which
-  /// the system no longer knows it as the owner, so that it could not unlock the mutex.
-  static void renewWithoutLastLock(Mutex& mutex) {
-    boost::recursive_mutex& inner = mutex.mutex;
-    unsigned const locks = inner.native_handle()->__data.__count;
-    ::new (static_cast<void*>(&inner)) boost::recursive_mutex;
-    for (unsigned lock = 1; lock < locks; ++lock) {
-      inner.lock();
-    }
+  /// Gives back one lock in the child. The only thread has a new id there, by which the system does
+  /// not know it as the owner of what it held before.
+  static void unlockInChild(Mutex& mutex) {
+    mutex.mutex.native_handle()->__data.__owner = static_cast<int>(syscall(SYS_gettid));
+    mutex.mutex.unlock();
   }
 };
 
@@ -47,7 +44,7 @@ void afterForkInParent() KTX_TIM_NO_THREAD_SAFETY_ANALYSIS {
 void afterForkInChild() {
   for (Mutex* const mutex : forkLocks) {
     if (mutex != nullptr) {
-      ForkedMutexC::renewWithoutLastLock(*mutex);
+      ForkedMutexC::unlockInChild(*mutex);
     }
   }
 }
