@@ -1,9 +1,9 @@
-# Installation and the package that find_package(VorTime) reads: KTX::TIM and KTX::DBG.
+# Installation and the package that find_package(VorTime) reads: KTX::TIM, KTX::RCV and KTX::DBG.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/VorTime")
-set(_targets VorTime Logging vortime_boost)
+set(_targets VorTime VorTimeReceiver Logging vortime_boost)
 if(VORTIME_BOOST STREQUAL "source")
   list(APPEND _targets boost_thread boost_chrono)
   install(FILES "${VORTIME_BOOST_SOURCE}/LICENSE_1_0.txt" DESTINATION "${CMAKE_INSTALL_DOCDIR}" RENAME LICENSE-boost.txt

@@ -64,8 +64,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     arrival.hostUnixMs = arrival.hasHostTime ? input.next<std::int64_t>() : 0;
     std::optional<PcReadingC> const reading = pc.arrive(arrival);
     if (reading) {
-      demand(reading->systemUnixMs >= FIRST_CIVIL_UNIX_MS);
-      demand(reading->systemUnixMs <= LAST_CIVIL_UNIX_MS);
+      demand(reading->systemUnixMs >= KTX::RCV::FIRST_CIVIL_UNIX_MS);
+      demand(reading->systemUnixMs <= KTX::RCV::LAST_CIVIL_UNIX_MS);
       demand(reading->steadyMs >= lastSteadyMs);
       demand(reading->steadyMs - SimulatedPcC::STEADY_START_MS <= SimulatedPcC::MAX_ELAPSED_MS);
       demand(!arrival.hasHostTime || reading->systemUnixMs == arrival.hostUnixMs);

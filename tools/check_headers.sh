@@ -3,7 +3,7 @@
 # MSVC does; and none uses an extension of GCC outside the headers that hold the macros for it.
 set -eu
 cd "$(dirname "$0")/.."
-macros='KTX_TIM_Api.h|KTX_TIM_ThreadAnnotations.h|KTX_DBG_Api.h'
+macros='KTX_TIM_Api.h|KTX_TIM_ThreadAnnotations.h|KTX_DBG_Api.h|KTX_RCV_Api.h'
 if grep -rnE '__attribute__|__builtin_|__extension__|__typeof|#pragma GCC|__int128' include | grep -vE "/($macros):"; then
   echo "an extension of GCC in an exported header"
   exit 1

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "readers/CivilTime.h"
+#include "KTX/RCV/KTX_RCV_CivilTime.h"
 #include "replay/ClockSetter.h"
 #include "replay/ReplayEngine.h"
 #include "replay/TimeConversion.h"
@@ -49,7 +49,9 @@ class ClockRecorderC : public ReplayReportI {
   void onInput(std::string const& /*name*/) override {}
   void onObservation(MessageReportC const& /*message*/,
                      ObservationEffectC const& /*effect*/) override {}
-  void onRefusal(MessageReportC const& /*message*/, RefusalE /*refusal*/) override { ++refusals; }
+  void onRefusal(MessageReportC const& /*message*/, RCV::RefusalE /*refusal*/) override {
+    ++refusals;
+  }
   void onCorrection(CorrectionReportC const& correction) override {
     corrections.push_back(correction.changeMs);
   }
@@ -77,11 +79,11 @@ class RunC {
   /// A message that states the true time plus errorMs arrives atMs after the start.
   void observe(std::int64_t atMs, std::int64_t errorMs = 0) {
     pc.steadyMs = atMs;
-    TimeEventC event;
-    event.timeForm = TIMEFORM_UTC;
-    event.message = "RMC";
-    event.utc = civilTimeOf(pc.trueUnixMs() + errorMs);
-    engine.onEvent(event);
+    RCV::ReceiverMessageC event;
+    event.timeForm = RCV::TIMEFORM_UTC;
+    event.name = "RMC";
+    event.utc = RCV::civilTimeOf(pc.trueUnixMs() + errorMs);
+    engine.onMessage(event);
   }
 
   void observeEverySecond(std::int64_t fromMs, std::int64_t toMs, std::int64_t errorMs = 0) {
@@ -273,10 +275,10 @@ TEST(ClockSetting, IsOffWithoutASetter) {
   ReplayEngineC engine(pc, strict(), report, nullptr);
   for (std::int64_t atMs = 0; atMs <= 20000; atMs += 1000) {
     pc.steadyMs = atMs;
-    TimeEventC event;
-    event.timeForm = TIMEFORM_UTC;
-    event.utc = civilTimeOf(pc.trueUnixMs() + 100);
-    engine.onEvent(event);
+    RCV::ReceiverMessageC event;
+    event.timeForm = RCV::TIMEFORM_UTC;
+    event.utc = RCV::civilTimeOf(pc.trueUnixMs() + 100);
+    engine.onMessage(event);
   }
   EXPECT_EQ(1u, report.corrections.size());
   EXPECT_THAT(report.clocks, IsEmpty());

@@ -79,9 +79,12 @@ TEST(SimulatedPc, HasNoReadingOutsideTheYearsOfItsCalendarClock) {
   struct {
     std::int64_t hostUnixMs;
     bool canBeShown;
-  } const cases[] = {{FIRST_CIVIL_UNIX_MS, true}, {FIRST_CIVIL_UNIX_MS - 1, false},
-                     {LAST_CIVIL_UNIX_MS, true},  {LAST_CIVIL_UNIX_MS + 1, false},
-                     {INT64_MIN, false},          {INT64_MAX, false}};
+  } const cases[] = {{RCV::FIRST_CIVIL_UNIX_MS, true},
+                     {RCV::FIRST_CIVIL_UNIX_MS - 1, false},
+                     {RCV::LAST_CIVIL_UNIX_MS, true},
+                     {RCV::LAST_CIVIL_UNIX_MS + 1, false},
+                     {INT64_MIN, false},
+                     {INT64_MAX, false}};
   for (auto const& c : cases) {
     SCOPED_TRACE(c.hostUnixMs);
     SimulatedPcC pc{SimulatedPcOptionsC()};
@@ -96,10 +99,10 @@ TEST(SimulatedPc, BeginsAtAnyOffsetThatItsCalendarClockCanShow) {
   struct {
     std::int64_t offsetMs;
     bool canBeShown;
-  } const cases[] = {{FIRST_CIVIL_UNIX_MS - DAY_MS, true},
-                     {FIRST_CIVIL_UNIX_MS - DAY_MS - 1, false},
-                     {LAST_CIVIL_UNIX_MS - DAY_MS, true},
-                     {LAST_CIVIL_UNIX_MS - DAY_MS + 1, false},
+  } const cases[] = {{RCV::FIRST_CIVIL_UNIX_MS - DAY_MS, true},
+                     {RCV::FIRST_CIVIL_UNIX_MS - DAY_MS - 1, false},
+                     {RCV::LAST_CIVIL_UNIX_MS - DAY_MS, true},
+                     {RCV::LAST_CIVIL_UNIX_MS - DAY_MS + 1, false},
                      {INT64_MIN, false},
                      {INT64_MAX, false}};
   for (auto const& c : cases) {
@@ -117,12 +120,12 @@ TEST(SimulatedPc, BeginsAtAnyOffsetThatItsCalendarClockCanShow) {
 
 TEST(SimulatedPc, CountsAtMostItsLongestTime) {
   SimulatedPcC pc{SimulatedPcOptionsC()};
-  pc.arrive(arrivalAtHost(FIRST_CIVIL_UNIX_MS, true));
-  ASSERT_TRUE(pc.arrive(arrivalAtHost(LAST_CIVIL_UNIX_MS)));
+  pc.arrive(arrivalAtHost(RCV::FIRST_CIVIL_UNIX_MS, true));
+  ASSERT_TRUE(pc.arrive(arrivalAtHost(RCV::LAST_CIVIL_UNIX_MS)));
   // Back again: from here on no millisecond more can be counted.
   ASSERT_TRUE(pc.arrive(arrivalAtHost(0)));
   EXPECT_FALSE(pc.arrive(arrivalAtHost(1)));
-  EXPECT_FALSE(pc.arrive(arrivalAtHost(LAST_CIVIL_UNIX_MS)));
+  EXPECT_FALSE(pc.arrive(arrivalAtHost(RCV::LAST_CIVIL_UNIX_MS)));
   std::optional<PcReadingC> const reading = pc.arrive(arrivalAtHost(0));
   ASSERT_TRUE(reading);
   EXPECT_EQ(SimulatedPcC::STEADY_START_MS + SimulatedPcC::MAX_ELAPSED_MS, reading->steadyMs);

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "readers/Sign.h"
+#include "KTX/RCV/KTX_RCV_Warning.h"
 
 namespace KTX::VORTIME::TEST {
 namespace {
@@ -12,7 +12,7 @@ namespace {
 constexpr std::int64_t DAY_MS = 86400000;
 constexpr std::int64_t START_MS = 20000 * DAY_MS;
 constexpr std::int64_t ROLLOVER_MS = 1024 * 7 * DAY_MS;
-constexpr std::uint32_t STEP_AND_BURST = SIGN_TIME_STEP | SIGN_BURST;
+constexpr std::uint32_t STEP_AND_BURST = RCV::WARNING_TIME_STEP | RCV::WARNING_BURST;
 
 ArrivedTimeC timeAt(std::int64_t unixMs, std::int64_t steadyMs) {
   return {unixMs, steadyMs, false, 0};
@@ -38,7 +38,7 @@ class SignDetector : public ::testing::Test {
   // As with --strict.
   std::uint32_t useWithoutSigns(ArrivedTimeC const& time) {
     std::uint32_t const signs = detector.signsOfTime(time);
-    if (signs == SIGN_NONE) {
+    if (signs == RCV::WARNING_NONE) {
       detector.useTime(time, signs);
     } else {
       detector.leaveOutTime(time, signs);
@@ -55,8 +55,9 @@ TEST(SignDetectorLimit, IsTheLargestStepThatIsNoSign) {
       for (std::int64_t const direction : {-1, 1}) {
         SCOPED_TRACE(stepMs * direction);
         SignDetectorC detector(limitMs);
-        detector.useTime(aheadBy(0, 0), SIGN_NONE);
-        std::uint32_t const expected = std::llabs(stepMs) > limitMs ? SIGN_TIME_STEP : SIGN_NONE;
+        detector.useTime(aheadBy(0, 0), RCV::WARNING_NONE);
+        std::uint32_t const expected =
+            std::llabs(stepMs) > limitMs ? RCV::WARNING_TIME_STEP : RCV::WARNING_NONE;
         EXPECT_EQ(expected, detector.signsOfTime(aheadBy(stepMs * direction, 1000)));
       }
     }
@@ -64,17 +65,17 @@ TEST(SignDetectorLimit, IsTheLargestStepThatIsNoSign) {
 }
 
 TEST_F(SignDetector, TheFirstTimeIsNoStepAndThatOfANewInputIsNone) {
-  EXPECT_EQ(SIGN_NONE, use(aheadBy(0, 0)));
-  EXPECT_EQ(SIGN_TIME_STEP, detector.signsOfTime(aheadBy(501, 1000)));
+  EXPECT_EQ(RCV::WARNING_NONE, use(aheadBy(0, 0)));
+  EXPECT_EQ(RCV::WARNING_TIME_STEP, detector.signsOfTime(aheadBy(501, 1000)));
   detector.expectStep();
-  EXPECT_EQ(SIGN_NONE, use(aheadBy(DAY_MS, 1000)));
-  EXPECT_EQ(SIGN_NONE, use(aheadBy(DAY_MS, 2000)));
+  EXPECT_EQ(RCV::WARNING_NONE, use(aheadBy(DAY_MS, 1000)));
+  EXPECT_EQ(RCV::WARNING_NONE, use(aheadBy(DAY_MS, 2000)));
 }
 
 TEST_F(SignDetector, AStepThatIsLeftOutIsNotMeasuredAgainst) {
   useWithoutSigns(aheadBy(0, 0));
-  EXPECT_EQ(SIGN_TIME_STEP, useWithoutSigns(aheadBy(501, 1000)));
-  EXPECT_EQ(SIGN_NONE, useWithoutSigns(aheadBy(0, 2000)));
+  EXPECT_EQ(RCV::WARNING_TIME_STEP, useWithoutSigns(aheadBy(501, 1000)));
+  EXPECT_EQ(RCV::WARNING_NONE, useWithoutSigns(aheadBy(0, 2000)));
 }
 
 TEST_F(SignDetector, ALastingStepIsBelievedAfterTenSeconds) {
@@ -82,10 +83,10 @@ TEST_F(SignDetector, ALastingStepIsBelievedAfterTenSeconds) {
     SCOPED_TRACE(lastMs);
     detector.expectStep();
     useWithoutSigns(aheadBy(0, 0));
-    EXPECT_EQ(SIGN_TIME_STEP, useWithoutSigns(aheadBy(-3600000, 1000)));
-    EXPECT_EQ(SIGN_TIME_STEP, useWithoutSigns(aheadBy(-3600000, 5000)));
-    EXPECT_EQ(SIGN_TIME_STEP, useWithoutSigns(aheadBy(-3600000, 1000 + lastMs)));
-    std::uint32_t const expected = lastMs >= 10000 ? SIGN_NONE : SIGN_TIME_STEP;
+    EXPECT_EQ(RCV::WARNING_TIME_STEP, useWithoutSigns(aheadBy(-3600000, 1000)));
+    EXPECT_EQ(RCV::WARNING_TIME_STEP, useWithoutSigns(aheadBy(-3600000, 5000)));
+    EXPECT_EQ(RCV::WARNING_TIME_STEP, useWithoutSigns(aheadBy(-3600000, 1000 + lastMs)));
+    std::uint32_t const expected = lastMs >= 10000 ? RCV::WARNING_NONE : RCV::WARNING_TIME_STEP;
     EXPECT_EQ(expected, detector.signsOfTime(aheadBy(-3600000, 12000)));
   }
 }
@@ -95,7 +96,7 @@ TEST_F(SignDetector, ASeriesThatContradictsItselfIsNotBelieved) {
   for (std::int64_t steadyMs = 1000; steadyMs <= 60000; steadyMs += 1000) {
     SCOPED_TRACE(steadyMs);
     std::int64_t const aheadMs = steadyMs % 2000 == 0 ? 5000 : 5501;
-    EXPECT_EQ(SIGN_TIME_STEP, useWithoutSigns(aheadBy(aheadMs, steadyMs)));
+    EXPECT_EQ(RCV::WARNING_TIME_STEP, useWithoutSigns(aheadBy(aheadMs, steadyMs)));
   }
 }
 
@@ -104,7 +105,7 @@ TEST_F(SignDetector, OneTimeThatContinuesTheLastEndsASeriesThatDoesNot) {
   for (std::int64_t steadyMs = 1000; steadyMs <= 60000; steadyMs += 1000) {
     SCOPED_TRACE(steadyMs);
     bool const isGood = steadyMs % 9000 == 0;
-    EXPECT_EQ(isGood ? SIGN_NONE : SIGN_TIME_STEP,
+    EXPECT_EQ(isGood ? RCV::WARNING_NONE : RCV::WARNING_TIME_STEP,
               useWithoutSigns(aheadBy(isGood ? 0 : 5000, steadyMs)));
   }
 }
@@ -114,18 +115,18 @@ TEST_F(SignDetector, ABurstEndsWithTheTimeThatWaitedLeast) {
   for (std::int64_t waitedS = 9; waitedS >= 0; --waitedS) {
     EXPECT_EQ(STEP_AND_BURST, useWithoutSigns(aheadBy(-1000 * waitedS, 10 - waitedS)));
   }
-  EXPECT_EQ(SIGN_NONE, useWithoutSigns(aheadBy(0, 1000)));
+  EXPECT_EQ(RCV::WARNING_NONE, useWithoutSigns(aheadBy(0, 1000)));
 }
 
 TEST_F(SignDetector, TheMessageAfterABurstMayBeAhead) {
   struct {
     std::int64_t aheadMs;
     std::uint32_t signs;
-  } const cases[] = {{-501, SIGN_TIME_STEP},
-                     {-500, SIGN_NONE},
-                     {999, SIGN_NONE},
-                     {10000, SIGN_NONE},
-                     {10001, SIGN_TIME_STEP}};
+  } const cases[] = {{-501, RCV::WARNING_TIME_STEP},
+                     {-500, RCV::WARNING_NONE},
+                     {999, RCV::WARNING_NONE},
+                     {10000, RCV::WARNING_NONE},
+                     {10001, RCV::WARNING_TIME_STEP}};
   for (auto const& c : cases) {
     for (bool const isStrict : {false, true}) {
       SCOPED_TRACE(c.aheadMs);
@@ -134,7 +135,7 @@ TEST_F(SignDetector, TheMessageAfterABurstMayBeAhead) {
       ArrivedTimeC const waited = aheadBy(-1000, 10);
       EXPECT_EQ(STEP_AND_BURST, isStrict ? useWithoutSigns(waited) : use(waited));
       EXPECT_EQ(c.signs, use(aheadBy(c.aheadMs - 1000, 1000)));
-      EXPECT_EQ(SIGN_TIME_STEP, use(aheadBy(c.aheadMs - 1000 + 501, 2000)));
+      EXPECT_EQ(RCV::WARNING_TIME_STEP, use(aheadBy(c.aheadMs - 1000 + 501, 2000)));
     }
   }
 }
@@ -144,10 +145,11 @@ TEST_F(SignDetector, ABurstIsKnownByItsGapAndItsStep) {
     std::int64_t gapMs;
     std::int64_t stepMs;
     std::uint32_t signs;
-  } const cases[] = {
-      {100, 1000, STEP_AND_BURST}, {101, 1000, SIGN_TIME_STEP}, {0, 500, SIGN_NONE},
-      {0, 501, STEP_AND_BURST},    {0, 10000, STEP_AND_BURST},  {0, 10001, SIGN_TIME_STEP},
-      {0, -501, SIGN_TIME_STEP},   {100, 600, SIGN_NONE},       {100, 601, STEP_AND_BURST}};
+  } const cases[] = {{100, 1000, STEP_AND_BURST},       {101, 1000, RCV::WARNING_TIME_STEP},
+                     {0, 500, RCV::WARNING_NONE},       {0, 501, STEP_AND_BURST},
+                     {0, 10000, STEP_AND_BURST},        {0, 10001, RCV::WARNING_TIME_STEP},
+                     {0, -501, RCV::WARNING_TIME_STEP}, {100, 600, RCV::WARNING_NONE},
+                     {100, 601, STEP_AND_BURST}};
   for (auto const& c : cases) {
     SCOPED_TRACE(c.gapMs);
     SCOPED_TRACE(c.stepMs);
@@ -159,8 +161,8 @@ TEST_F(SignDetector, ABurstIsKnownByItsGapAndItsStep) {
 
 TEST_F(SignDetector, ATimeThatContinuesTheLastIsNoBurstAfterAWrongOne) {
   useWithoutSigns(aheadBy(0, 0));
-  EXPECT_EQ(SIGN_TIME_STEP, useWithoutSigns(aheadBy(-5000, 1000)));
-  EXPECT_EQ(SIGN_NONE, useWithoutSigns(aheadBy(0, 1010)));
+  EXPECT_EQ(RCV::WARNING_TIME_STEP, useWithoutSigns(aheadBy(-5000, 1000)));
+  EXPECT_EQ(RCV::WARNING_NONE, useWithoutSigns(aheadBy(0, 1010)));
 }
 
 TEST_F(SignDetector, TellsARolloverAgainstTheHost) {
@@ -168,15 +170,15 @@ TEST_F(SignDetector, TellsARolloverAgainstTheHost) {
   struct {
     std::int64_t unixMs;
     std::uint32_t signs;
-  } const cases[] = {{host, SIGN_NONE},
-                     {host - ROLLOVER_MS, SIGN_WEEK_ROLLOVER},
-                     {host + ROLLOVER_MS, SIGN_WEEK_ROLLOVER},
-                     {host - ROLLOVER_MS - 7 * DAY_MS, SIGN_WEEK_ROLLOVER},
-                     {host - ROLLOVER_MS - 7 * DAY_MS - 1, SIGN_NONE}};
+  } const cases[] = {{host, RCV::WARNING_NONE},
+                     {host - ROLLOVER_MS, RCV::WARNING_WEEK_ROLLOVER},
+                     {host + ROLLOVER_MS, RCV::WARNING_WEEK_ROLLOVER},
+                     {host - ROLLOVER_MS - 7 * DAY_MS, RCV::WARNING_WEEK_ROLLOVER},
+                     {host - ROLLOVER_MS - 7 * DAY_MS - 1, RCV::WARNING_NONE}};
   for (auto const& c : cases) {
     SCOPED_TRACE(c.unixMs - host);
     EXPECT_EQ(c.signs, detector.signsOfTime(besideHost(c.unixMs, host)));
-    EXPECT_EQ(SIGN_NONE, detector.signsOfTime(timeAt(c.unixMs, 0)));
+    EXPECT_EQ(RCV::WARNING_NONE, detector.signsOfTime(timeAt(c.unixMs, 0)));
   }
 }
 
@@ -185,9 +187,9 @@ TEST_F(SignDetector, TellsARolloverAgainstADate) {
   struct {
     std::int64_t unixMs;
     std::uint32_t signs;
-  } const cases[] = {{START_MS, SIGN_NONE},
-                     {START_MS - ROLLOVER_MS + 180 * DAY_MS, SIGN_WEEK_ROLLOVER},
-                     {START_MS - ROLLOVER_MS + 180 * DAY_MS + 1, SIGN_NONE}};
+  } const cases[] = {{START_MS, RCV::WARNING_NONE},
+                     {START_MS - ROLLOVER_MS + 180 * DAY_MS, RCV::WARNING_WEEK_ROLLOVER},
+                     {START_MS - ROLLOVER_MS + 180 * DAY_MS + 1, RCV::WARNING_NONE}};
   for (auto const& c : cases) {
     SCOPED_TRACE(c.unixMs - START_MS);
     EXPECT_EQ(c.signs, detector.signsOfTime(timeAt(c.unixMs, 0)));
@@ -196,38 +198,40 @@ TEST_F(SignDetector, TellsARolloverAgainstADate) {
 
 TEST_F(SignDetector, EveryTimeThatIsRolledOverShowsIt) {
   use(aheadBy(0, 0));
-  EXPECT_EQ(SIGN_WEEK_ROLLOVER | SIGN_TIME_STEP, use(aheadBy(-ROLLOVER_MS, 1000)));
+  EXPECT_EQ(RCV::WARNING_WEEK_ROLLOVER | RCV::WARNING_TIME_STEP, use(aheadBy(-ROLLOVER_MS, 1000)));
   for (std::int64_t steadyMs = 2000; steadyMs <= 60000; steadyMs += 1000) {
     SCOPED_TRACE(steadyMs);
-    EXPECT_EQ(SIGN_WEEK_ROLLOVER, use(aheadBy(-ROLLOVER_MS, steadyMs)));
+    EXPECT_EQ(RCV::WARNING_WEEK_ROLLOVER, use(aheadBy(-ROLLOVER_MS, steadyMs)));
   }
-  EXPECT_EQ(SIGN_TIME_STEP, use(aheadBy(0, 61000)));
-  EXPECT_EQ(SIGN_NONE, use(aheadBy(0, 62000)));
+  EXPECT_EQ(RCV::WARNING_TIME_STEP, use(aheadBy(0, 61000)));
+  EXPECT_EQ(RCV::WARNING_NONE, use(aheadBy(0, 62000)));
 }
 
 TEST_F(SignDetector, ARolloverThatIsLeftOutIsNeverBelieved) {
   useWithoutSigns(aheadBy(0, 0));
   for (std::int64_t steadyMs = 1000; steadyMs <= 60000; steadyMs += 1000) {
     SCOPED_TRACE(steadyMs);
-    EXPECT_EQ(SIGN_WEEK_ROLLOVER | SIGN_TIME_STEP, useWithoutSigns(aheadBy(ROLLOVER_MS, steadyMs)));
+    EXPECT_EQ(RCV::WARNING_WEEK_ROLLOVER | RCV::WARNING_TIME_STEP,
+              useWithoutSigns(aheadBy(ROLLOVER_MS, steadyMs)));
   }
-  EXPECT_EQ(SIGN_NONE, useWithoutSigns(aheadBy(0, 61000)));
+  EXPECT_EQ(RCV::WARNING_NONE, useWithoutSigns(aheadBy(0, 61000)));
 }
 
 TEST_F(SignDetector, ATimeThatTheHostOrTheDateConfirmsIsNotRolledOver) {
   std::int64_t const host = START_MS + ROLLOVER_MS;
-  EXPECT_EQ(SIGN_WEEK_ROLLOVER, use(besideHost(START_MS, host)));
-  EXPECT_EQ(SIGN_TIME_STEP, use(besideHost(host, host)));
+  EXPECT_EQ(RCV::WARNING_WEEK_ROLLOVER, use(besideHost(START_MS, host)));
+  EXPECT_EQ(RCV::WARNING_TIME_STEP, use(besideHost(host, host)));
   detector.expectStep();
   use(timeAt(START_MS, 0));
   detector.setReferenceDate(host);
-  EXPECT_EQ(SIGN_TIME_STEP, use(timeAt(host, 0)));
+  EXPECT_EQ(RCV::WARNING_TIME_STEP, use(timeAt(host, 0)));
 }
 
 TEST_F(SignDetector, AHostWithAnyOtherTimeConfirmsNothing) {
   std::int64_t const host = START_MS + 400 * DAY_MS;
   use(besideHost(START_MS, host));
-  EXPECT_EQ(SIGN_WEEK_ROLLOVER | SIGN_TIME_STEP, use(besideHost(START_MS + ROLLOVER_MS, host)));
+  EXPECT_EQ(RCV::WARNING_WEEK_ROLLOVER | RCV::WARNING_TIME_STEP,
+            use(besideHost(START_MS + ROLLOVER_MS, host)));
 }
 
 TEST(Agreement, LastsFromTheFirstToTheLastOfTimesWithinTheLimit) {
@@ -250,7 +254,7 @@ TEST(Agreement, LastsFromTheFirstToTheLastOfTimesWithinTheLimit) {
 }
 
 TEST_F(SignDetector, TellsLeapSecondsThatEndNoMonth) {
-  LeapStatementC leap;
+  RCV::LeapStatementC leap;
   leap.hasCount = true;
   leap.hasEffectivity = true;
   leap.current = 18;
@@ -258,18 +262,18 @@ TEST_F(SignDetector, TellsLeapSecondsThatEndNoMonth) {
   struct {
     int week, day;
     std::uint32_t signs;
-  } const cases[] = {{1929, 7, SIGN_NONE},
-                     {1929, 6, SIGN_LEAP_DAY},
-                     {1929 + 256, 7, SIGN_LEAP_DAY | SIGN_LEAP_WEEK},
-                     {137, 7, SIGN_LEAP_DAY | SIGN_LEAP_WEEK},
-                     {1573, 64, SIGN_LEAP_DAY},
-                     {1929, 0, SIGN_LEAP_DAY}};
+  } const cases[] = {{1929, 7, RCV::WARNING_NONE},
+                     {1929, 6, RCV::WARNING_LEAP_DAY},
+                     {1929 + 256, 7, RCV::WARNING_LEAP_DAY | RCV::WARNING_LEAP_WEEK},
+                     {137, 7, RCV::WARNING_LEAP_DAY | RCV::WARNING_LEAP_WEEK},
+                     {1573, 64, RCV::WARNING_LEAP_DAY},
+                     {1929, 0, RCV::WARNING_LEAP_DAY}};
   for (auto const& c : cases) {
     SCOPED_TRACE(c.week * 100 + c.day);
     leap.week = c.week;
     leap.day = c.day;
     EXPECT_EQ(c.signs, SignDetectorC::signsOfLeap(leap, 18));
-    EXPECT_EQ(c.signs | SIGN_LEAP_COUNT, SignDetectorC::signsOfLeap(leap, 17));
+    EXPECT_EQ(c.signs | RCV::WARNING_LEAP_COUNT, SignDetectorC::signsOfLeap(leap, 17));
   }
 }
 

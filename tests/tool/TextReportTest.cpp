@@ -12,10 +12,10 @@
 namespace KTX::VORTIME::TEST {
 namespace {
 
-TimeEventC eventAt(std::string_view message) {
-  TimeEventC event;
-  event.message = message;
-  event.timeForm = TIMEFORM_UTC;
+RCV::ReceiverMessageC eventAt(std::string_view message) {
+  RCV::ReceiverMessageC event;
+  event.name = message;
+  event.timeForm = RCV::TIMEFORM_UTC;
   event.utc = {2017, 1, 1, 0, 0, 0, 0};
   return event;
 }
@@ -23,10 +23,11 @@ TimeEventC eventAt(std::string_view message) {
 class TextReport : public ::testing::Test {
  protected:
   // The line of an observation without its line end.
-  std::string observationLine(TimeEventC const& event, double differenceMs) {
+  std::string observationLine(RCV::ReceiverMessageC const& event, double differenceMs) {
     out.buffer().clear();
     ObservationC const observation(event);
-    report.onObservation(MessageReportC{event, SIGN_NONE, &observation}, {10, differenceMs, 0});
+    report.onObservation(MessageReportC{event, RCV::WARNING_NONE, &observation},
+                         {10, differenceMs, 0});
     std::string line = out.buffer();
     EXPECT_EQ('\n', line.back());
     line.pop_back();
@@ -38,9 +39,9 @@ class TextReport : public ::testing::Test {
 };
 
 TEST_F(TextReport, SeparatesTheColumnsOfWideValues) {
-  TimeEventC event = eventAt("NAV-TIMEUTC+");
-  event.format = FORMAT_UBX;
-  event.offset = std::numeric_limits<std::uint64_t>::max();
+  RCV::ReceiverMessageC event = eventAt("NAV-TIMEUTC+");
+  event.format = RCV::FORMAT_UBX;
+  event.place.offset = std::numeric_limits<std::uint64_t>::max();
   event.utc = {3235, 12, 31, 23, 59, 59, 999000000};
   for (char const* const difference :
        {"0", "-12345678", "-123456789", "1234567890", "-9223372036854775808"}) {
@@ -88,10 +89,11 @@ TEST_F(TextReport, ShowsALeapSecondAsSecond60) {
   report.setLeapSeconds(history);
   for (auto const& c : cases) {
     out.buffer().clear();
-    TimeEventC event = eventAt("GPZDA");
+    RCV::ReceiverMessageC event = eventAt("GPZDA");
     event.utc = {2012, 6, 30, 23, 59, c.second, c.nanosecond};
     ObservationC const observation(event);
-    report.onRefusal(MessageReportC{event, SIGN_NONE, &observation}, REFUSAL_LEAP_SECOND);
+    report.onRefusal(MessageReportC{event, RCV::WARNING_NONE, &observation},
+                     RCV::REFUSAL_LEAP_SECOND);
     std::string const line = out.buffer();
     EXPECT_NE(std::string::npos,
               line.find(std::string("  GPZDA        ") + c.utc + "   " + c.week + "  "))
@@ -165,10 +167,10 @@ TEST(JsonReport, TellsWhatBecameOfThePcsClock) {
 TEST(JsonReport, QuotesTheNameOfAMessage) {
   OutputFileC out;
   JsonReportC report(out, false, false);
-  TimeEventC event = eventAt("G\"\\MC");
-  event.timeForm = TIMEFORM_NONE;
+  RCV::ReceiverMessageC event = eventAt("G\"\\MC");
+  event.timeForm = RCV::TIMEFORM_NONE;
   report.onInput("a");
-  report.onRefusal(MessageReportC{event, SIGN_NONE, nullptr}, REFUSAL_BAD_CHECKSUM);
+  report.onRefusal(MessageReportC{event, RCV::WARNING_NONE, nullptr}, RCV::REFUSAL_BAD_CHECKSUM);
   EXPECT_NE(std::string::npos, out.buffer().find(R"("message":"G\"\\MC")")) << out.buffer();
 }
 

@@ -8,6 +8,8 @@
 #include <optional>
 #include <sstream>
 
+#include "KTX/RCV/KTX_RCV_CivilTime.h"
+#include "KTX/RCV/KTX_RCV_IsoTime.h"
 #include "commands/ConvertCommand.h"
 #include "commands/LeapCommand.h"
 #include "commands/NowCommand.h"
@@ -16,8 +18,6 @@
 #include "commands/WatchCommand.h"
 #include "commands/ZoneCommand.h"
 #include "output/Plot.h"
-#include "readers/CivilTime.h"
-#include "readers/IsoTime.h"
 
 namespace KTX::VORTIME {
 namespace {
@@ -56,11 +56,11 @@ void addEngine(CLI::App& app, ReplayOptionsC& engine) {
   app.add_option_function<std::string>(
          "--date",
          [&engine](std::string const& text) {
-           CivilTimeC time;
-           if (readIsoTime(text + "T00:00:00", time) == 0) {
+           RCV::CivilTimeC time;
+           if (RCV::readIsoTime(text + "T00:00:00", time) == 0) {
              throw CLI::ValidationError("--date", "not a date: " + text);
            }
-           engine.referenceUnixMs = secondsSince1970(time) * 1000;
+           engine.referenceUnixMs = RCV::secondsSince1970(time) * 1000;
          },
          "About when the input was recorded, to tell a receiver that is 1024 weeks off")
       ->type_name("YYYY-MM-DD");

@@ -3,6 +3,7 @@
 #include <array>
 #include <string_view>
 
+#include "KTX/RCV/KTX_RCV_LeapList.h"
 #include "KTX/TIM/KTX_TIM_ClockFactory.h"
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_LeapSecondSource.h"
@@ -14,7 +15,6 @@
 #include "output/JsonLine.h"
 #include "output/RecordText.h"
 #include "output/TextFormat.h"
-#include "readers/LeapList.h"
 #include "replay/TimeConversion.h"
 #include "system/FileName.h"
 #include "system/InputFile.h"
@@ -89,14 +89,14 @@ bool mayBeCut(LeapFileC const& file) {
 }
 
 // The effectivity day of a change: the day before it. False for one before the GPS epoch.
-bool effectivityOf(LeapListEntryC const& entry, std::int64_t& week, std::int64_t& day) {
+bool effectivityOf(RCV::LeapListEntryC const& entry, std::int64_t& week, std::int64_t& day) {
   std::int64_t const days = entry.unixMs / MS_PER_DAY - GPS_EPOCH_DAYS - 1;
   week = days / 7;
   day = days % 7 + 1;
   return days >= 0;
 }
 
-bool agreesWithLibrary(LeapListEntryC const& last) {
+bool agreesWithLibrary(RCV::LeapListEntryC const& last) {
   std::int64_t week = 0;
   std::int64_t day = 0;
   bool const isKnown = effectivityOf(last, week, day);
@@ -104,9 +104,9 @@ bool agreesWithLibrary(LeapListEntryC const& last) {
   return isKnown && own.future == last.gpsMinusUtc && own.week == week && own.day == day;
 }
 
-std::string listText(LeapListC const& list, bool isExpired) {
+std::string listText(RCV::LeapListC const& list, bool isExpired) {
   std::string text = "a list of " + std::to_string(list.entries.size()) + " entries\n";
-  for (LeapListEntryC const& entry : list.entries) {
+  for (RCV::LeapListEntryC const& entry : list.entries) {
     std::int64_t week = 0;
     std::int64_t day = 0;
     if (effectivityOf(entry, week, day)) {
@@ -125,9 +125,9 @@ std::string listText(LeapListC const& list, bool isExpired) {
   return text;
 }
 
-std::string listJson(LeapListC const& list, bool isExpired) {
+std::string listJson(RCV::LeapListC const& list, bool isExpired) {
   std::string entries;
-  for (LeapListEntryC const& entry : list.entries) {
+  for (RCV::LeapListEntryC const& entry : list.entries) {
     std::int64_t week = 0;
     std::int64_t day = 0;
     JsonLineC line;
@@ -151,7 +151,7 @@ std::string listJson(LeapListC const& list, bool isExpired) {
   return text + ",\"entries\":[" + entries + "]}\n";
 }
 
-ExitCodeE checkList(LeapListC const& list, bool isJson, int resultDescriptor) {
+ExitCodeE checkList(RCV::LeapListC const& list, bool isJson, int resultDescriptor) {
   std::int64_t const nowUnixMs =
       TIM::createClock<boost::milli>(TIM::CLOCKTYPE_POSIX, TIM::CLOCKREF_UTC)->now().count();
   bool const isExpired = list.isExpired(nowUnixMs);
@@ -206,8 +206,8 @@ ExitCodeE runLeapCheck(std::string const& path, bool isJson, int resultDescripto
   if (!readLeapFile(path, file)) {
     return EXIT_BAD_INPUT;
   }
-  LeapListC list;
-  if (file.isWhole && readLeapList(file.beginning, list)) {
+  RCV::LeapListC list;
+  if (file.isWhole && RCV::readLeapList(file.beginning, list)) {
     return checkList(list, isJson, resultDescriptor);
   }
   if (mayBeCut(file)) {

@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 
+#include "KTX/RCV/KTX_RCV_MessageReader.h"
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSeconds.h"
 #include "commands/RunOutput.h"
 #include "output/ProgressBar.h"
-#include "readers/StreamReader.h"
 #include "system/FileName.h"
 #include "system/InputFile.h"
 #include "system/Interrupt.h"
@@ -57,24 +56,20 @@ std::uint64_t barLength(ReplayCommandOptionsC const& options,
 
 // Reads one input to its end, or until the run is to stop. False when reading fails.
 bool readInput(InputFileC& input,
-               StreamReaderC& reader,
+               RCV::MessageReaderC& reader,
                std::vector<char>& buffer,
                ProgressBarC& bar,
                std::uint64_t doneBefore,
                RunOutputC& output) {
-  std::size_t held = 0;
   std::uint64_t done = doneBefore;
   while (!input.isAtEnd() && !InterruptC::isRequested() && !output.hasFailed()) {
-    if (held == buffer.size()) {
-      buffer.resize(buffer.size() * 2);
-    }
-    std::size_t const count = input.read(buffer.data() + held, buffer.size() - held);
-    std::size_t const size = held + count;
-    std::size_t const used = reader.read(std::string_view(buffer.data(), size), input.isAtEnd());
-    held = size - used;
-    std::memmove(buffer.data(), buffer.data() + used, held);
+    std::size_t const count = input.read(buffer.data(), buffer.size());
+    reader.read(std::string_view(buffer.data(), count));
     done += count;
     bar.show(done);
+  }
+  if (input.isAtEnd()) {
+    reader.finish();
   }
   return !input.hasFailed();
 }
@@ -101,14 +96,14 @@ ExitCodeE runReplay(ReplayCommandOptionsC const& options, int resultDescriptor) 
   SimulatedPcC pc(options.pc);
   ReplayEngineC engine(pc, options.engine, output.report(), output.estimates());
   output.setLeapSeconds(engine.leapSeconds());
-  ReadCountsC counts;
+  RCV::ReadCountsC counts;
   ProgressBarC bar(barLength(options, logs, resultDescriptor));
   std::vector<char> buffer(CHUNK_SIZE);
   bool isRead = logs.size() == options.logs.size();
   std::uint64_t done = 0;
   for (LogC const& log : logs) {
     engine.beginInput(log.name);
-    StreamReaderC reader(engine, counts);
+    RCV::MessageReaderC reader(engine, counts);
     if (!readInput(*log.file, reader, buffer, bar, done, output)) {
       bar.clear();
       printError("cannot read " + log.name + ": " + log.file->errorText());

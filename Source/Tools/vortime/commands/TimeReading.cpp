@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <system_error>
 
+#include "KTX/RCV/KTX_RCV_CivilTime.h"
+#include "KTX/RCV/KTX_RCV_IsoTime.h"
+#include "KTX/RCV/KTX_RCV_TextNumber.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
 #include "KTX/TIM/KTX_TIM_TimeConstants.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
-#include "readers/CivilTime.h"
-#include "readers/IsoTime.h"
-#include "readers/TextNumber.h"
 #include "replay/TimeConversion.h"
 
 namespace KTX::VORTIME {
@@ -57,21 +57,21 @@ ResultT readWeek(std::string_view text, TIM::TimeBaseE base, TIM::GpsTimeC& time
   }
   std::int64_t week = 0;
   std::int64_t ms = 0;
-  if (!readDigits(weekText, week) || week >= WEEKS) {
+  if (!RCV::readDigits(weekText, week) || week >= WEEKS) {
     return "weeks are 0 to 65535";
   }
-  if (!readDigits(msText, ms) || ms >= MS_PER_WEEK) {
+  if (!RCV::readDigits(msText, ms) || ms >= MS_PER_WEEK) {
     return "milliseconds of a week are 0 to 604799999";
   }
   return setFromMs(week * MS_PER_WEEK + ms, base, time);
 }
 
 // What is wrong with the fields of a date and time of day.
-ResultT checkFields(CivilTimeC const& civil) {
+ResultT checkFields(RCV::CivilTimeC const& civil) {
   if (civil.year < FIRST_YEAR) {
     return outOfWeeksText(true);
   }
-  if (!isDate(civil.year, civil.month, civil.day)) {
+  if (!RCV::isDate(civil.year, civil.month, civil.day)) {
     return "no such date";
   }
   if (civil.second == 60) {
@@ -93,8 +93,8 @@ ResultT checkEnd(std::string_view rest, TIM::TimeBaseE base) {
 }
 
 ResultT readIso(std::string_view text, TIM::TimeBaseE base, TIM::GpsTimeC& time) {
-  CivilTimeC civil;
-  std::size_t const end = readIsoFields(text, civil);
+  RCV::CivilTimeC civil;
+  std::size_t const end = RCV::readIsoFields(text, civil);
   if (end == 0) {
     return text.size() == DATE_LENGTH ? "a date needs its time of day behind it" : NOT_A_TIME;
   }
@@ -104,7 +104,7 @@ ResultT readIso(std::string_view text, TIM::TimeBaseE base, TIM::GpsTimeC& time)
   if (ResultT const wrong = checkEnd(text.substr(end), base)) {
     return wrong;
   }
-  std::int64_t const days = daysSince1970(civil.year, civil.month, civil.day);
+  std::int64_t const days = RCV::daysSince1970(civil.year, civil.month, civil.day);
   std::int64_t const unixMs = days * 86400000 + civil.hour * 3600000LL + civil.minute * 60000LL +
                               civil.second * 1000LL + (civil.nanosecond + 500000) / 1000000;
   return setFromMs(unixMs - GPS_EPOCH_UNIX_MS, base, time);
@@ -143,7 +143,7 @@ ResultT readFat(std::string_view text, TIM::TimeBaseE base, TIM::GpsTimeC& time)
     return "not two numbers of 16 bits with a colon between";
   }
   TIM::YmdhmsC const calendar(clock, date);
-  if (!isDate(calendar.year, calendar.month, calendar.day)) {
+  if (!RCV::isDate(calendar.year, calendar.month, calendar.day)) {
     return "no such date";
   }
   if (calendar.hour > 23 || calendar.minute > 59 || calendar.second > 59) {
@@ -158,11 +158,12 @@ ResultT readUnix(std::string_view text, TIM::TimeBaseE base, TIM::GpsTimeC& time
   bool const isNegative = whole.substr(0, 1) == "-";
   std::int32_t nanoseconds = 0;
   if (!isAllDigits(whole.substr(isNegative ? 1 : 0)) ||
-      (point != std::string_view::npos && !readFraction(text.substr(point + 1), nanoseconds))) {
+      (point != std::string_view::npos &&
+       !RCV::readFraction(text.substr(point + 1), nanoseconds))) {
     return NOT_A_TIME;
   }
   std::int64_t seconds = 0;
-  if (isNegative || !readDigits(whole, seconds) || seconds > MAX_UNIX_S) {
+  if (isNegative || !RCV::readDigits(whole, seconds) || seconds > MAX_UNIX_S) {
     return outOfWeeksText(isNegative);
   }
   return setFromMs(seconds * 1000 + (nanoseconds + 500000) / 1000000 - GPS_EPOCH_UNIX_MS, base,

@@ -3,8 +3,8 @@
 #include <array>
 #include <memory>
 
+#include "KTX/RCV/KTX_RCV_MessageReader.h"
 #include "commands/RunOutput.h"
-#include "readers/StreamReader.h"
 #include "replay/LivePc.h"
 #include "system/Interrupt.h"
 #include "system/LiveInput.h"
@@ -31,14 +31,12 @@ std::unique_ptr<LiveInputI> openSource(WatchCommandOptionsC const& options, std:
   return openGpsd(host.empty() ? "localhost" : host, port, error);
 }
 
-void readAll(LiveInputI& input, StreamReaderC& reader, RunOutputC const& output) {
+void readAll(LiveInputI& input, RCV::MessageReaderC& reader, RunOutputC const& output) {
   std::array<char, 65536> chunk;
-  std::string held;
   while (!input.isAtEnd() && !InterruptC::isRequested() && !output.hasFailed()) {
-    held.append(chunk.data(), input.read(chunk.data(), chunk.size()));
-    held.erase(0, reader.read(held, false));
+    reader.read(std::string_view(chunk.data(), input.read(chunk.data(), chunk.size())));
   }
-  reader.read(held, true);
+  reader.finish();
 }
 
 // What a user who has not ended the run must know; empty when all is well.
@@ -78,8 +76,8 @@ ExitCodeE runWatch(WatchCommandOptionsC const& options, int resultDescriptor) {
     engine.setClockSetter(clockSetter);
   }
   output.setLeapSeconds(engine.leapSeconds());
-  ReadCountsC counts;
-  StreamReaderC reader(engine, counts);
+  RCV::ReadCountsC counts;
+  RCV::MessageReaderC reader(engine, counts);
   engine.beginInput(options.source);
   readAll(*input, reader, output);
   engine.finish(counts, InterruptC::isRequested());

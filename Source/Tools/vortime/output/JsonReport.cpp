@@ -43,7 +43,7 @@ void appendUtc(std::string& text, std::string_view name, TIM::YmdhmsC const& utc
 }
 
 void appendSigns(std::string& text, std::uint32_t signs) {
-  if (signs == SIGN_NONE) {
+  if (signs == RCV::WARNING_NONE) {
     return;
   }
   appendName(text, "signs");
@@ -52,7 +52,7 @@ void appendSigns(std::string& text, std::uint32_t signs) {
     if ((signs >> i & 1U) != 0) {
       text += separator;
       text += '"';
-      text += signName(static_cast<SignE>(1U << i));
+      text += RCV::warningName(static_cast<RCV::WarningE>(1U << i));
       text += '"';
       separator = ',';
     }
@@ -95,7 +95,7 @@ void appendCounts(std::string& text,
   text += separator == '{' ? "{}" : "}";
 }
 
-void appendMessages(std::string& text, ReadCountsC const& read) {
+void appendMessages(std::string& text, RCV::ReadCountsC const& read) {
   appendName(text, "messages");
   text += '{';
   for (std::size_t i = 0; i < read.messageKinds(); ++i) {
@@ -137,14 +137,14 @@ void JsonReportC::end() {
 void JsonReportC::appendMessage(MessageReportC const& message) {
   static constexpr char const* FORMATS[] = {"nmea", "ubx", "gpsd", "rinex"};
   std::string& text = out.buffer();
-  TimeEventC const& event = message.event;
+  RCV::ReceiverMessageC const& event = message.event;
   appendName(text, "input");
   text += quotedInput;
-  appendCount(text, "line", event.line);
-  appendCount(text, "offset", event.offset);
+  appendCount(text, "line", event.place.line);
+  appendCount(text, "offset", event.place.offset);
   appendWord(text, "format", FORMATS[event.format]);
   appendName(text, "message");
-  appendQuoted(text, event.message);
+  appendQuoted(text, event.name);
   if (event.rawCount != 0) {
     appendName(text, "raw");
     char separator = '{';
@@ -158,8 +158,8 @@ void JsonReportC::appendMessage(MessageReportC const& message) {
     }
     text += '}';
   }
-  if (event.hasHostTime) {
-    appendUtc(text, "host", utcCalendarOf(event.hostUnixMs));
+  if (event.place.hasHostTime) {
+    appendUtc(text, "host", utcCalendarOf(event.place.hostUnixMs));
   }
 }
 
@@ -192,12 +192,12 @@ void JsonReportC::onObservation(MessageReportC const& message, ObservationEffect
   end();
 }
 
-void JsonReportC::onRefusal(MessageReportC const& message, RefusalE refusal) {
+void JsonReportC::onRefusal(MessageReportC const& message, RCV::RefusalE refusal) {
   if (quiet) {
     return;
   }
   begin("refusal");
-  appendWord(out.buffer(), "reason", refusalName(refusal));
+  appendWord(out.buffer(), "reason", RCV::refusalName(refusal));
   appendMessage(message);
   if (message.observation != nullptr) {
     appendTime(message);
@@ -240,7 +240,7 @@ void JsonReportC::onLeapStatement(MessageReportC const& message, LeapReportC con
   begin(isRefused ? "refusal" : "leap_statement");
   std::string& text = out.buffer();
   if (isRefused) {
-    appendWord(text, "reason", refusalName(leap.refusal));
+    appendWord(text, "reason", RCV::refusalName(leap.refusal));
   } else {
     appendWord(text, "outcome", OUTCOMES[leap.outcome]);
   }
@@ -270,7 +270,7 @@ void JsonReportC::onOldMapping(std::int64_t ageMs) {
 void JsonReportC::onSummary(SummaryReportC const& summary) {
   begin("summary");
   std::string& text = out.buffer();
-  ReadCountsC const& read = summary.read;
+  RCV::ReadCountsC const& read = summary.read;
   appendCount(text, "inputs", summary.inputs.size());
   appendCount(text, "bytes", read.bytes);
   appendCount(text, "lines", read.lines);
@@ -283,9 +283,10 @@ void JsonReportC::onSummary(SummaryReportC const& summary) {
   appendCount(text, "without_checksum", read.withoutChecksum);
   appendCount(text, "used", summary.counts.used);
   appendCounts(text, "refused", summary.counts.refused,
-               [](std::uint32_t i) { return refusalName(static_cast<RefusalE>(i)); });
-  appendCounts(text, "signs", summary.counts.signs,
-               [](std::uint32_t i) { return signName(static_cast<SignE>(1U << i)); });
+               [](std::uint32_t i) { return RCV::refusalName(static_cast<RCV::RefusalE>(i)); });
+  appendCounts(text, "signs", summary.counts.signs, [](std::uint32_t i) {
+    return RCV::warningName(static_cast<RCV::WarningE>(1U << i));
+  });
   appendCount(text, "corrections", summary.counts.corrections);
   appendCount(text, "leap_changes", summary.counts.leapChanges);
   appendNumber(text, "leap_seconds", summary.leapSeconds);

@@ -18,13 +18,13 @@ void appendRow(std::string& text, std::string_view name, std::string_view value)
 }
 
 std::string inputsText(SummaryReportC const& summary) {
-  ReadCountsC const& read = summary.read;
+  RCV::ReadCountsC const& read = summary.read;
   return std::to_string(summary.inputs.size()) +
          (summary.inputs.size() == 1 ? " input, " : " inputs, ") + std::to_string(read.bytes) +
          " bytes, " + std::to_string(read.lines) + " lines";
 }
 
-std::string messagesText(ReadCountsC const& read) {
+std::string messagesText(RCV::ReadCountsC const& read) {
   std::string text;
   auto const append = [&text](std::uint64_t count, char const* name) {
     if (count != 0) {
@@ -38,7 +38,7 @@ std::string messagesText(ReadCountsC const& read) {
   return text.empty() ? "none" : text;
 }
 
-std::string kindsText(ReadCountsC const& read) {
+std::string kindsText(RCV::ReadCountsC const& read) {
   std::string text;
   for (std::size_t i = 0; i < read.messageKinds(); ++i) {
     text += (i == 0 ? "" : ", ") + std::string(read.message(i).name.data()) + ' ' +
@@ -52,7 +52,7 @@ std::string refusedText(ReplayCountsC const& counts) {
   char const* separator = ": ";
   for (std::size_t i = 0; i < counts.refused.size(); ++i) {
     if (counts.refused[i] != 0) {
-      text += separator + std::string(refusalName(static_cast<RefusalE>(i))) + ' ' +
+      text += separator + std::string(RCV::refusalName(static_cast<RCV::RefusalE>(i))) + ' ' +
               std::to_string(counts.refused[i]);
       separator = ", ";
     }
@@ -62,10 +62,11 @@ std::string refusedText(ReplayCountsC const& counts) {
 
 std::string signsText(ReplayCountsC const& counts) {
   std::string text;
-  for (std::uint32_t i = 0; i < SIGN_COUNT; ++i) {
+  for (std::uint32_t i = 0; i < RCV::WARNING_COUNT; ++i) {
     if (counts.signs[i] != 0) {
-      text += (text.empty() ? "" : ", ") + std::string(signName(static_cast<SignE>(1U << i))) +
-              ' ' + std::to_string(counts.signs[i]);
+      text += (text.empty() ? "" : ", ") +
+              std::string(RCV::warningName(static_cast<RCV::WarningE>(1U << i))) + ' ' +
+              std::to_string(counts.signs[i]);
     }
   }
   return text.empty() ? "none" : text;

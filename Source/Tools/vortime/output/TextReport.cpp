@@ -29,7 +29,7 @@ TextReportC::TextReportC(OutputFileC& output, bool isQuiet, bool isLive)
 TextReportC::~TextReportC() = default;
 
 void TextReportC::onInput(std::string const& name) {
-  signsWarnedOf = SIGN_NONE;
+  signsWarnedOf = RCV::WARNING_NONE;
   hasLastLeap = false;
   appendVisible(out.buffer(), name);
   out.buffer() += '\n';
@@ -44,16 +44,16 @@ void TextReportC::onInput(std::string const& name) {
 // UBX frames and RINEX records have no lines of their own, but a reader of the log finds both so.
 void TextReportC::beginLine(MessageReportC const& message) {
   std::string place;
-  TimeEventC const& event = message.event;
-  if (event.format == FORMAT_UBX) {
+  RCV::ReceiverMessageC const& event = message.event;
+  if (event.format == RCV::FORMAT_UBX) {
     place += '@';
-    appendUnsigned(place, event.offset);
+    appendUnsigned(place, event.place.offset);
   } else {
-    appendUnsigned(place, event.line);
+    appendUnsigned(place, event.place.line);
   }
   appendRight(out.buffer(), place, PLACE_WIDTH);
   out.buffer() += "  ";
-  appendLeft(out.buffer(), event.message.empty() ? "?" : event.message, MESSAGE_WIDTH);
+  appendLeft(out.buffer(), event.name.empty() ? "?" : event.name, MESSAGE_WIDTH);
 }
 
 void TextReportC::appendTime(MessageReportC const& message) {
@@ -78,7 +78,7 @@ void TextReportC::appendSigns(std::uint32_t signs) {
   for (std::uint32_t i = 0; signs >> i != 0; ++i) {
     if ((signs >> i & 1U) != 0) {
       out.buffer() += "  ";
-      out.buffer() += signName(static_cast<SignE>(1U << i));
+      out.buffer() += RCV::warningName(static_cast<RCV::WarningE>(1U << i));
     }
   }
 }
@@ -93,7 +93,7 @@ void TextReportC::endLine() {
 
 void TextReportC::warnOnce(MessageReportC const& message) {
   std::uint32_t const fresh = message.signs & ~signsWarnedOf;
-  if (fresh == SIGN_NONE) {
+  if (fresh == RCV::WARNING_NONE) {
     return;
   }
   signsWarnedOf |= fresh;
@@ -119,7 +119,7 @@ void TextReportC::onObservation(MessageReportC const& message, ObservationEffect
   endLine();
 }
 
-void TextReportC::onRefusal(MessageReportC const& message, RefusalE refusal) {
+void TextReportC::onRefusal(MessageReportC const& message, RCV::RefusalE refusal) {
   if (quiet) {
     warnOnce(message);
     return;
@@ -130,7 +130,7 @@ void TextReportC::onRefusal(MessageReportC const& message, RefusalE refusal) {
     out.buffer() += "  ";
   }
   out.buffer() += "refused: ";
-  out.buffer() += refusalName(refusal);
+  out.buffer() += RCV::refusalName(refusal);
   appendSigns(message.signs);
   out.buffer() += '\n';
   endLine();
@@ -201,7 +201,7 @@ void TextReportC::onLeapStatement(MessageReportC const& message, LeapReportC con
                                              ": refused: "};
   text += OUTCOMES[leap.outcome];
   if (leap.outcome == LEAP_REFUSED) {
-    text += refusalName(leap.refusal);
+    text += RCV::refusalName(leap.refusal);
   }
   appendSigns(message.signs);
   text += '\n';

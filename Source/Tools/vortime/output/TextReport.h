@@ -21,7 +21,7 @@ class TextReportC : public ReplayReportI {
   void setLeapSeconds(TIM::LeapSecondProviderI& provider) override { leapSeconds = &provider; }
   void onInput(std::string const& name) override;
   void onObservation(MessageReportC const& message, ObservationEffectC const& effect) override;
-  void onRefusal(MessageReportC const& message, RefusalE refusal) override;
+  void onRefusal(MessageReportC const& message, RCV::RefusalE refusal) override;
   void onCorrection(CorrectionReportC const& correction) override;
   void onClock(ClockStepC const& clock) override;
   void onLeapStatement(MessageReportC const& message, LeapReportC const& leap) override;

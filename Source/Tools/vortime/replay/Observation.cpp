@@ -1,7 +1,7 @@
 #include "replay/Observation.h"
 
+#include "KTX/RCV/KTX_RCV_CivilTime.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
-#include "readers/CivilTime.h"
 #include "replay/TimeConversion.h"
 
 namespace KTX::VORTIME {
@@ -18,18 +18,18 @@ std::int64_t roundedMs(std::int64_t nanoseconds) {
   return (nanoseconds >= 0 ? nanoseconds + half : nanoseconds - half) / NS_PER_MS;
 }
 
-TIM::GpsC gpsOf(TimeEventC const& event) {
+TIM::GpsC gpsOf(RCV::ReceiverMessageC const& event) {
   TIM::GpsC gps(static_cast<std::uint16_t>(event.week), 0);
   gps += roundedMs(event.nanosecondOfWeek);
   return gps;
 }
 
-std::int64_t roundedUnixMs(CivilTimeC const& time) {
-  return secondsSince1970(time) * 1000 + roundedMs(time.nanosecond);
+std::int64_t roundedUnixMs(RCV::CivilTimeC const& time) {
+  return RCV::secondsSince1970(time) * 1000 + roundedMs(time.nanosecond);
 }
 
 // A leap second is shown as second 60, not as the first second of the next day.
-TIM::YmdhmsC calendarOf(CivilTimeC const& time, std::int64_t unixMs) {
+TIM::YmdhmsC calendarOf(RCV::CivilTimeC const& time, std::int64_t unixMs) {
   if (time.second != LEAP_SECOND) {
     return utcCalendarOf(unixMs);
   }
@@ -41,8 +41,8 @@ TIM::YmdhmsC calendarOf(CivilTimeC const& time, std::int64_t unixMs) {
 
 }  // namespace
 
-ObservationC::ObservationC(TimeEventC const& event)
-    : statesGps(event.timeForm == TIMEFORM_GPS),
+ObservationC::ObservationC(RCV::ReceiverMessageC const& event)
+    : statesGps(event.timeForm == RCV::TIMEFORM_GPS),
       calendar(TIM::YmdhmsC::zero(TIM::TIMEBASE_UTC, 1)),
       statedUnixMs(0) {
   if (statesGps) {

@@ -3,9 +3,9 @@
 
 #include <cstdint>
 
+#include "KTX/RCV/KTX_RCV_ReceiverMessage.h"
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
-#include "readers/TimeEvent.h"
 
 namespace KTX::VORTIME {
 
@@ -13,7 +13,7 @@ namespace KTX::VORTIME {
 class ObservationC {
  public:
   /// event must have a time. The library's leap second in force turns GPS time into UTC.
-  explicit ObservationC(TimeEventC const& event);
+  explicit ObservationC(RCV::ReceiverMessageC const& event);
 
   /// False for an instant outside the GPS weeks 0 to 65535.
   bool isInRange() const;

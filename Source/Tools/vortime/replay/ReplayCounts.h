@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdint>
 
-#include "readers/Refusal.h"
-#include "readers/Sign.h"
+#include "KTX/RCV/KTX_RCV_Refusal.h"
+#include "KTX/RCV/KTX_RCV_Warning.h"
 
 namespace KTX::VORTIME {
 
@@ -15,8 +15,8 @@ struct ReplayCountsC {
   std::uint64_t leapStatements = 0;  ///< leap second statements, refused ones not included
   std::uint64_t corrections = 0;
   std::uint64_t leapChanges = 0;
-  std::array<std::uint64_t, REFUSAL_COUNT> refused{};  ///< by RefusalE
-  std::array<std::uint64_t, SIGN_COUNT> signs{};       ///< by bit number of SignE
+  std::array<std::uint64_t, RCV::REFUSAL_COUNT> refused{};  ///< by RCV::RefusalE
+  std::array<std::uint64_t, RCV::WARNING_COUNT> signs{};    ///< by bit number of RCV::WarningE
 
   std::uint64_t allRefused() const {
     std::uint64_t sum = 0;

@@ -20,19 +20,19 @@ namespace {
 constexpr std::int64_t NS_PER_MS = 1000000;
 constexpr double MS_PER_DAY = 8.64e7;
 
-TIM::LeapSecondSource sourceOf(LeapSystemE system) {
+TIM::LeapSecondSource sourceOf(RCV::LeapSystemE system) {
   switch (system) {
-    case LEAPSYSTEM_GPS:
+    case RCV::LEAPSYSTEM_GPS:
       return TIM::LEAPSECOND_GPS;
-    case LEAPSYSTEM_GLONASS:
+    case RCV::LEAPSYSTEM_GLONASS:
       return TIM::LEAPSECOND_GLONASS;
-    case LEAPSYSTEM_GALILEO:
+    case RCV::LEAPSYSTEM_GALILEO:
       return TIM::LEAPSECOND_GALILEO;
-    case LEAPSYSTEM_SBAS:
+    case RCV::LEAPSYSTEM_SBAS:
       return TIM::LEAPSECOND_SBAS;
-    case LEAPSYSTEM_QZSS:
+    case RCV::LEAPSYSTEM_QZSS:
       return TIM::LEAPSECOND_QZSS;
-    case LEAPSYSTEM_BEIDOU:
+    case RCV::LEAPSYSTEM_BEIDOU:
       return TIM::LEAPSECOND_BEIDOU;
     default:
       return TIM::LEAPSECOND_DEFAULT;
@@ -45,15 +45,15 @@ bool fits(std::int32_t value) {
          value <= std::numeric_limits<Integer>::max();
 }
 
-bool isAnnouncement(LeapStatementC const& leap) {
-  return leap.hasEffectivity && leap.system != LEAPSYSTEM_UNKNOWN;
+bool isAnnouncement(RCV::LeapStatementC const& leap) {
+  return leap.hasEffectivity && leap.system != RCV::LEAPSYSTEM_UNKNOWN;
 }
 
 bool isCountInRange(std::int32_t count) {
   return count >= ReplayEngineC::MIN_LEAP_COUNT && count <= ReplayEngineC::MAX_LEAP_COUNT;
 }
 
-bool hasCountsInRange(LeapStatementC const& leap) {
+bool hasCountsInRange(RCV::LeapStatementC const& leap) {
   return isCountInRange(leap.current) && (!leap.hasEffectivity || isCountInRange(leap.future));
 }
 
@@ -62,7 +62,7 @@ ArrivedTimeC arrivedTime(ObservationC const& observation, PcReadingC const& read
 }
 
 // False for numbers that the library's record cannot hold.
-bool makeRecord(LeapStatementC const& leap, TIM::UtcLeapSecondRecord& record) {
+bool makeRecord(RCV::LeapStatementC const& leap, TIM::UtcLeapSecondRecord& record) {
   bool const isWhole = isAnnouncement(leap);
   std::int32_t const future = isWhole ? leap.future : leap.current;
   std::int32_t const week = isWhole ? leap.week : 0;
@@ -144,48 +144,48 @@ void ReplayEngineC::beginInput(std::string const& name) {
   report.onInput(name);
 }
 
-void ReplayEngineC::onEvent(TimeEventC const& event) {
+void ReplayEngineC::onMessage(RCV::ReceiverMessageC const& event) {
   switch (event.kind) {
-    case EVENT_TIME:
+    case RCV::MESSAGE_TIME:
       onTime(event);
       break;
-    case EVENT_LEAP:
+    case RCV::MESSAGE_LEAP:
       onLeap(event);
       break;
-    case EVENT_FILE_DATE:
+    case RCV::MESSAGE_FILE_DATE:
       onFileDate(event);
       break;
   }
 }
 
-void ReplayEngineC::onTime(TimeEventC const& event) {
-  if (event.timeForm == TIMEFORM_NONE) {
-    refuse(MessageReportC{event, event.signs, nullptr}, event.refusal);
+void ReplayEngineC::onTime(RCV::ReceiverMessageC const& event) {
+  if (event.timeForm == RCV::TIMEFORM_NONE) {
+    refuse(MessageReportC{event, event.warnings, nullptr}, event.refusal);
     return;
   }
-  if (event.refusal == REFUSAL_NONE) {
+  if (event.refusal == RCV::REFUSAL_NONE) {
     seedLeapSecond(event);
   }
   ObservationC const observation(event);
-  MessageReportC message{event, event.signs, &observation};
-  if (event.refusal != REFUSAL_NONE || !observation.isInRange()) {
-    refuse(message, event.refusal != REFUSAL_NONE ? event.refusal : REFUSAL_OUT_OF_RANGE);
+  MessageReportC message{event, event.warnings, &observation};
+  if (event.refusal != RCV::REFUSAL_NONE || !observation.isInRange()) {
+    refuse(message, event.refusal != RCV::REFUSAL_NONE ? event.refusal : RCV::REFUSAL_OUT_OF_RANGE);
     return;
   }
   std::optional<PcReadingC> const arrived = arrive(event, observation.unixMs());
   if (!arrived) {
-    refuse(message, REFUSAL_OUT_OF_RANGE);
+    refuse(message, RCV::REFUSAL_OUT_OF_RANGE);
     return;
   }
   PcReadingC const& reading = *arrived;
-  message.signs |= reading.hasRunBack ? SIGN_HOST_TIME_BACK : SIGN_NONE;
+  message.signs |= reading.hasRunBack ? RCV::WARNING_HOST_TIME_BACK : RCV::WARNING_NONE;
   ArrivedTimeC const time = arrivedTime(observation, reading);
   message.signs |= detector.signsOfTime(time);
   if (event.leap.hasCount && hasClocks) {
     message.signs |= SignDetectorC::signsOfLeap(event.leap, countInForce());
   }
   countSigns(message.signs);
-  if (options.isStrict && message.signs != SIGN_NONE) {
+  if (options.isStrict && message.signs != RCV::WARNING_NONE) {
     leaveOut(message, time);
     return;
   }
@@ -198,15 +198,16 @@ void ReplayEngineC::onTime(TimeEventC const& event) {
 
 void ReplayEngineC::leaveOut(MessageReportC const& message, ArrivedTimeC const& time) {
   detector.leaveOutTime(time, message.signs);
-  if (clockSetter != nullptr && (message.signs & (SIGN_TIME_STEP | SIGN_WEEK_ROLLOVER)) != 0) {
+  if (clockSetter != nullptr &&
+      (message.signs & (RCV::WARNING_TIME_STEP | RCV::WARNING_WEEK_ROLLOVER)) != 0) {
     clockSetter->onContradiction();
   }
-  refuse(message, REFUSAL_STRICT);
+  refuse(message, RCV::REFUSAL_STRICT);
 }
 
-void ReplayEngineC::onLeap(TimeEventC const& event) {
-  MessageReportC message{event, event.signs, nullptr};
-  if (event.refusal != REFUSAL_NONE) {
+void ReplayEngineC::onLeap(RCV::ReceiverMessageC const& event) {
+  MessageReportC message{event, event.warnings, nullptr};
+  if (event.refusal != RCV::REFUSAL_NONE) {
     refuse(message, event.refusal);
     return;
   }
@@ -216,14 +217,14 @@ void ReplayEngineC::onLeap(TimeEventC const& event) {
   }
   message.signs |= SignDetectorC::signsOfLeap(event.leap, countInForce());
   countSigns(message.signs);
-  if (options.isStrict && message.signs != SIGN_NONE) {
-    refuse(message, REFUSAL_STRICT);
+  if (options.isStrict && message.signs != RCV::WARNING_NONE) {
+    refuse(message, RCV::REFUSAL_STRICT);
     return;
   }
   offerLeap(message);
 }
 
-void ReplayEngineC::onFileDate(TimeEventC const& event) {
+void ReplayEngineC::onFileDate(RCV::ReceiverMessageC const& event) {
   seedLeapSecond(event);
   ObservationC const observation(event);
   if (!observation.isInRange() || (hasClocks && observation.unixMs() <= latestUnixMs)) {
@@ -236,24 +237,26 @@ void ReplayEngineC::onFileDate(TimeEventC const& event) {
   }
 }
 
-void ReplayEngineC::seedLeapSecond(TimeEventC const& event) {
+void ReplayEngineC::seedLeapSecond(RCV::ReceiverMessageC const& event) {
   if (isSeeded || !options.usesLeapHistory) {
     return;
   }
   isSeeded = true;
   // The host's date rather than that of a receiver, which may be 1024 weeks off.
-  TIM::GpsC const start = event.hasHostTime ? gpsOfUtc(utcCalendarOf(event.hostUnixMs), history)
-                                            : ObservationC(event).gps(history);
+  TIM::GpsC const start = event.place.hasHostTime
+                              ? gpsOfUtc(utcCalendarOf(event.place.hostUnixMs), history)
+                              : ObservationC(event).gps(history);
   TIM::UtcLeapSecondRecord const record = LeapHistoryC::statementAt(start);
   TIM::resetSatelliteLeapSecond(&record);
 }
 
-std::optional<PcReadingC> ReplayEngineC::arrive(TimeEventC const& event, std::int64_t unixMs) {
+std::optional<PcReadingC> ReplayEngineC::arrive(RCV::ReceiverMessageC const& event,
+                                                std::int64_t unixMs) {
   ArrivalC arrival;
   arrival.statedUnixMs = unixMs;
-  arrival.hasHostTime = event.hasHostTime;
-  arrival.hostUnixMs = event.hostUnixMs;
-  arrival.message = event.message;
+  arrival.hasHostTime = event.place.hasHostTime;
+  arrival.hostUnixMs = event.place.hostUnixMs;
+  arrival.message = event.name;
   arrival.isFirst = !hasClocks;
   arrival.isNewInput = isNewInput;
   std::optional<PcReadingC> const reading = pc.arrive(arrival);
@@ -273,7 +276,7 @@ void ReplayEngineC::startClocks() {
 }
 
 void ReplayEngineC::useObservation(MessageReportC const& message, PcReadingC const& reading) {
-  TimeEventC const& event = message.event;
+  RCV::ReceiverMessageC const& event = message.event;
   if (event.leap.hasCount && event.leap.current != countInForce()) {
     offerLeap(message);
   }
@@ -316,7 +319,7 @@ std::optional<ClockStepC> ReplayEngineC::stepClock(ArrivedTimeC const& time,
 }
 
 void ReplayEngineC::offerLeap(MessageReportC const& message) {
-  LeapStatementC const& leap = message.event.leap;
+  RCV::LeapStatementC const& leap = message.event.leap;
   LeapReportC leapReport;
   if (!isAnnouncement(leap) && leap.current == countInForce()) {
     ++runCounts.leapStatements;
@@ -324,11 +327,11 @@ void ReplayEngineC::offerLeap(MessageReportC const& message) {
     return;
   }
   if (!hasCountsInRange(leap)) {
-    refuseLeap(message, leapReport, REFUSAL_LEAP_OUT_OF_RANGE);
+    refuseLeap(message, leapReport, RCV::REFUSAL_LEAP_OUT_OF_RANGE);
     return;
   }
   if (!makeRecord(leap, leapReport.record)) {
-    refuse(message, REFUSAL_MALFORMED);
+    refuse(message, RCV::REFUSAL_MALFORMED);
     return;
   }
   setLeapSecond(leapReport);
@@ -347,7 +350,7 @@ void ReplayEngineC::offerLeap(MessageReportC const& message) {
 
 void ReplayEngineC::refuseLeap(MessageReportC const& message,
                                LeapReportC& leapReport,
-                               RefusalE refusal) {
+                               RCV::RefusalE refusal) {
   leapReport.outcome = LEAP_REFUSED;
   leapReport.refusal = refusal;
   ++runCounts.refused[refusal];
@@ -363,8 +366,8 @@ void ReplayEngineC::setLeapSecond(LeapReportC& leapReport) {
   } else {
     leapReport.outcome = LEAP_REFUSED;
     leapReport.refusal = leapReport.resultCode == TIM::RC_INVALID_LEAPSECOND
-                             ? REFUSAL_LEAP_INVALID
-                             : REFUSAL_LEAP_REJECTED;
+                             ? RCV::REFUSAL_LEAP_INVALID
+                             : RCV::REFUSAL_LEAP_REJECTED;
   }
   // A change makes the library observe its own present anew, without noise.
   handOverSteps();
@@ -372,19 +375,19 @@ void ReplayEngineC::setLeapSecond(LeapReportC& leapReport) {
 
 void ReplayEngineC::handPendingLeap() {
   if (pendingLeap) {
-    TimeEventC const event = *pendingLeap;
+    RCV::ReceiverMessageC const event = *pendingLeap;
     pendingLeap.reset();
     onLeap(event);
   }
 }
 
-void ReplayEngineC::refuse(MessageReportC const& message, RefusalE refusal) {
+void ReplayEngineC::refuse(MessageReportC const& message, RCV::RefusalE refusal) {
   ++runCounts.refused[refusal];
   report.onRefusal(message, refusal);
 }
 
 void ReplayEngineC::countSigns(std::uint32_t signs) {
-  for (std::uint32_t i = 0; signs != 0 && i < SIGN_COUNT; ++i) {
+  for (std::uint32_t i = 0; signs != 0 && i < RCV::WARNING_COUNT; ++i) {
     runCounts.signs[i] += signs >> i & 1U;
   }
 }
@@ -418,7 +421,7 @@ void ReplayEngineC::reportOldMapping() {
   }
 }
 
-std::int64_t ReplayEngineC::noiseOf(TimeEventC const& event) const {
+std::int64_t ReplayEngineC::noiseOf(RCV::ReceiverMessageC const& event) const {
   if (options.noiseMs) {
     return *options.noiseMs;
   }
@@ -429,9 +432,9 @@ std::int64_t ReplayEngineC::noiseOf(TimeEventC const& event) const {
   return std::max<std::int64_t>((event.accuracyNs + NS_PER_MS - 1) / NS_PER_MS, 1);
 }
 
-void ReplayEngineC::finish(ReadCountsC const& read, bool isInterrupted) {
+void ReplayEngineC::finish(RCV::ReadCountsC const& read, bool isInterrupted) {
   if (pendingLeap) {
-    refuse(MessageReportC{*pendingLeap, pendingLeap->signs, nullptr}, REFUSAL_NO_TIME);
+    refuse(MessageReportC{*pendingLeap, pendingLeap->warnings, nullptr}, RCV::REFUSAL_NO_TIME);
     pendingLeap.reset();
   }
   SummaryReportC summary{inputs, read, runCounts,    runCounts.used > 0, lastStep.estimatedSigma,

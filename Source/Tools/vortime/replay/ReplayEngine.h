@@ -9,9 +9,9 @@
 #include <boost/shared_ptr.hpp>
 #include <boost/signals2/connection.hpp>
 
+#include "KTX/RCV/KTX_RCV_MessageSink.h"
 #include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
-#include "readers/TimeEvent.h"
 #include "replay/ClockSetter.h"
 #include "replay/EstimateSink.h"
 #include "replay/HeldClock.h"
@@ -34,7 +34,7 @@ struct ReplayOptionsC {
 
 /// Hands the messages of a receiver to the library, as its application would, on clocks of its own.
 /// There can be one at a time: the library's present and leap second are those of the process.
-class ReplayEngineC : public TimeEventSinkI {
+class ReplayEngineC : public RCV::MessageSinkI {
  public:
   /// The standard deviation of observations that state no accuracy.
   static constexpr std::int64_t DEFAULT_NOISE_MS = 10;
@@ -58,35 +58,35 @@ class ReplayEngineC : public TimeEventSinkI {
 
   /// Tells that the events of another input follow.
   void beginInput(std::string const& name);
-  void onEvent(TimeEventC const& event) override;
+  void onMessage(RCV::ReceiverMessageC const& event) override;
   /// Tells that no event follows and reports the summary.
-  void finish(ReadCountsC const& read, bool isInterrupted);
+  void finish(RCV::ReadCountsC const& read, bool isInterrupted);
 
   ReplayCountsC const& counts() const { return runCounts; }
   /// The leap seconds by which the engine turns stated UTC into GPS time.
   TIM::LeapSecondProviderI& leapSeconds();
 
  private:
-  void onTime(TimeEventC const& event);
-  void onLeap(TimeEventC const& event);
-  void onFileDate(TimeEventC const& event);
-  void seedLeapSecond(TimeEventC const& event);
-  std::optional<PcReadingC> arrive(TimeEventC const& event, std::int64_t unixMs);
+  void onTime(RCV::ReceiverMessageC const& event);
+  void onLeap(RCV::ReceiverMessageC const& event);
+  void onFileDate(RCV::ReceiverMessageC const& event);
+  void seedLeapSecond(RCV::ReceiverMessageC const& event);
+  std::optional<PcReadingC> arrive(RCV::ReceiverMessageC const& event, std::int64_t unixMs);
   void startClocks();
   void useObservation(MessageReportC const& message, PcReadingC const& reading);
   void offerLeap(MessageReportC const& message);
   void setLeapSecond(LeapReportC& leapReport);
   void leaveOut(MessageReportC const& message, ArrivedTimeC const& time);
   std::optional<ClockStepC> stepClock(ArrivedTimeC const& time, PcReadingC const& reading);
-  void refuseLeap(MessageReportC const& message, LeapReportC& leapReport, RefusalE refusal);
-  void refuse(MessageReportC const& message, RefusalE refusal);
+  void refuseLeap(MessageReportC const& message, LeapReportC& leapReport, RCV::RefusalE refusal);
+  void refuse(MessageReportC const& message, RCV::RefusalE refusal);
   void countSigns(std::uint32_t signs);
   ObservationEffectC observe(ObservationC const& observation, std::int64_t noiseMs);
   void handOverSteps();
   void reportCorrections();
   void reportOldMapping();
   void handPendingLeap();
-  std::int64_t noiseOf(TimeEventC const& event) const;
+  std::int64_t noiseOf(RCV::ReceiverMessageC const& event) const;
 
   HostPcI& pc;
   ReplayOptionsC const options;
@@ -104,8 +104,8 @@ class ReplayEngineC : public TimeEventSinkI {
   bool hasClocks = false;
   std::int64_t latestUnixMs = 0;
   bool hasToldOldMapping = false;
-  std::optional<TimeEventC> pendingLeap;      ///< came before the first time
-  std::vector<TIM::TimeEstimateStepC> steps;  ///< of the message at hand
+  std::optional<RCV::ReceiverMessageC> pendingLeap;  ///< came before the first time
+  std::vector<TIM::TimeEstimateStepC> steps;         ///< of the message at hand
   TIM::TimeEstimateStepC lastStep{};
   std::vector<CorrectionReportC> corrections;
   bool hasLeapChange = false;

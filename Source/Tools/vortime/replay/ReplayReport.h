@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "KTX/RCV/KTX_RCV_ReadCounts.h"
+#include "KTX/RCV/KTX_RCV_ReceiverMessage.h"
 #include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondRecord.h"
-#include "readers/ReadCounts.h"
-#include "readers/TimeEvent.h"
 #include "replay/ClockStep.h"
 #include "replay/Observation.h"
 #include "replay/ReplayCounts.h"
@@ -17,8 +17,8 @@ namespace KTX::VORTIME {
 
 /// A message as a report shows it.
 struct MessageReportC {
-  TimeEventC const& event;
-  std::uint32_t signs = SIGN_NONE;            ///< those of the event and those found since
+  RCV::ReceiverMessageC const& event;
+  std::uint32_t signs = RCV::WARNING_NONE;    ///< those of the event and those found since
   ObservationC const* observation = nullptr;  ///< null without a time
 };
 
@@ -47,7 +47,7 @@ enum LeapOutcomeE : std::uint8_t {
 /// A leap second statement and what the library did with it.
 struct LeapReportC {
   LeapOutcomeE outcome = LEAP_AGREES;
-  RefusalE refusal = REFUSAL_NONE;
+  RCV::RefusalE refusal = RCV::REFUSAL_NONE;
   bool isOffered = false;             ///< record was handed to the library
   TIM::UtcLeapSecondRecord record{};  ///< as handed over
   std::uint32_t resultCode = 0;       ///< of the library
@@ -56,7 +56,7 @@ struct LeapReportC {
 /// The end of a run.
 struct SummaryReportC {
   std::vector<std::string> inputs;
-  ReadCountsC const& read;
+  RCV::ReadCountsC const& read;
   ReplayCountsC const& counts;
   bool hasStarted = false;  ///< an observation was handed over, and sigma means something
   double sigma = 0;         ///< standard deviation of the estimate, days
@@ -73,7 +73,7 @@ class ReplayReportI {
   virtual void setLeapSeconds(TIM::LeapSecondProviderI& provider) = 0;
   virtual void onInput(std::string const& name) = 0;
   virtual void onObservation(MessageReportC const& message, ObservationEffectC const& effect) = 0;
-  virtual void onRefusal(MessageReportC const& message, RefusalE refusal) = 0;
+  virtual void onRefusal(MessageReportC const& message, RCV::RefusalE refusal) = 0;
   virtual void onCorrection(CorrectionReportC const& correction) = 0;
   /// The PC's clock was to be set.
   virtual void onClock(ClockStepC const& clock) = 0;

@@ -2,10 +2,10 @@
 
 #include <cstdlib>
 
+#include "KTX/RCV/KTX_RCV_Warning.h"
 #include "KTX/TIM/KTX_TIM_GpsTimeValue.h"
 #include "KTX/TIM/KTX_TIM_TimeConstants.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
-#include "readers/Sign.h"
 
 namespace KTX::VORTIME {
 namespace {
@@ -68,18 +68,18 @@ void SignDetectorC::setReferenceDate(std::int64_t unixMs) {
 }
 
 std::uint32_t SignDetectorC::signsOfTime(ArrivedTimeC const& time) const {
-  std::uint32_t signs = SIGN_NONE;
+  std::uint32_t signs = RCV::WARNING_NONE;
   if (isRolledOver(time)) {
-    signs |= SIGN_WEEK_ROLLOVER;
+    signs |= RCV::WARNING_WEEK_ROLLOVER;
   }
   std::int64_t const aheadMs = time.unixMs - last.expectedAt(time.steadyMs);
   if (!last.isKnown || std::llabs(aheadMs) <= stepLimit) {
     return signs;
   }
   if (isBurst(time)) {
-    signs |= SIGN_TIME_STEP | SIGN_BURST;
+    signs |= RCV::WARNING_TIME_STEP | RCV::WARNING_BURST;
   } else if (!hasLastWaited || aheadMs < 0 || aheadMs > MAX_BURST_STEP_MS) {
-    signs |= SIGN_TIME_STEP;
+    signs |= RCV::WARNING_TIME_STEP;
   }
   return signs;
 }
@@ -108,23 +108,23 @@ bool SignDetectorC::isBurst(ArrivedTimeC const& time) const {
 
 void SignDetectorC::useTime(ArrivedTimeC const& time, std::uint32_t signs) {
   last.set(time);
-  hasLastWaited = (signs & SIGN_BURST) != 0;
+  hasLastWaited = (signs & RCV::WARNING_BURST) != 0;
   previous.set(time);
   contradiction.clear();
-  if ((signs & SIGN_WEEK_ROLLOVER) == 0) {
+  if ((signs & RCV::WARNING_WEEK_ROLLOVER) == 0) {
     unrolled.set(time);
   }
 }
 
 void SignDetectorC::leaveOutTime(ArrivedTimeC const& time, std::uint32_t signs) {
   previous.set(time);
-  if ((signs & SIGN_TIME_STEP) == 0 || (signs & SIGN_WEEK_ROLLOVER) != 0) {
+  if ((signs & RCV::WARNING_TIME_STEP) == 0 || (signs & RCV::WARNING_WEEK_ROLLOVER) != 0) {
     return;
   }
   contradiction.add(time.unixMs, time.steadyMs);
-  if ((signs & SIGN_BURST) != 0 || contradiction.durationMs() >= LASTING_STEP_MS) {
+  if ((signs & RCV::WARNING_BURST) != 0 || contradiction.durationMs() >= LASTING_STEP_MS) {
     last.set(time);
-    hasLastWaited = (signs & SIGN_BURST) != 0;
+    hasLastWaited = (signs & RCV::WARNING_BURST) != 0;
     contradiction.clear();
   }
 }
@@ -137,15 +137,16 @@ void SignDetectorC::expectStep() {
   contradiction.clear();
 }
 
-std::uint32_t SignDetectorC::signsOfLeap(LeapStatementC const& leap, std::int32_t countInForce) {
-  std::uint32_t signs = SIGN_NONE;
+std::uint32_t SignDetectorC::signsOfLeap(RCV::LeapStatementC const& leap,
+                                         std::int32_t countInForce) {
+  std::uint32_t signs = RCV::WARNING_NONE;
   if (leap.current != countInForce && (!leap.hasEffectivity || leap.future != countInForce)) {
-    signs |= SIGN_LEAP_COUNT;
+    signs |= RCV::WARNING_LEAP_COUNT;
   }
   if (leap.hasEffectivity && monthEndingWith(leap.week, leap.day) == 0) {
-    signs |= SIGN_LEAP_DAY;
+    signs |= RCV::WARNING_LEAP_DAY;
     if (isOffBy256Weeks(leap.week, leap.day)) {
-      signs |= SIGN_LEAP_WEEK;
+      signs |= RCV::WARNING_LEAP_WEEK;
     }
   }
   return signs;

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "readers/LeapStatement.h"
+#include "KTX/RCV/KTX_RCV_LeapStatement.h"
 #include "replay/Agreement.h"
 
 namespace KTX::VORTIME {
@@ -56,7 +56,7 @@ class SignDetectorC {
   /// Signs of a statement when the library counts countInForce now: leap-count when neither the
   /// current nor the future count is that, leap-day when the day of the change ends no month, and
   /// leap-week when it then ends a June or December a multiple of 256 weeks, at most 8, away.
-  static std::uint32_t signsOfLeap(LeapStatementC const& leap, std::int32_t countInForce);
+  static std::uint32_t signsOfLeap(RCV::LeapStatementC const& leap, std::int32_t countInForce);
 
  private:
   /// A time to measure others against.

@@ -36,8 +36,8 @@ std::int64_t nearestMs(double ms) {
 }
 
 bool canBeShown(PcReadingC const& reading) {
-  return reading.systemUnixMs >= FIRST_CIVIL_UNIX_MS &&
-         reading.systemUnixMs <= LAST_CIVIL_UNIX_MS &&
+  return reading.systemUnixMs >= RCV::FIRST_CIVIL_UNIX_MS &&
+         reading.systemUnixMs <= RCV::LAST_CIVIL_UNIX_MS &&
          reading.steadyMs <= SimulatedPcC::STEADY_START_MS + SimulatedPcC::MAX_ELAPSED_MS;
 }
 

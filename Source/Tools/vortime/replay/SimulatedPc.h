@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "readers/CivilTime.h"
+#include "KTX/RCV/KTX_RCV_CivilTime.h"
 #include "replay/HostPc.h"
 
 namespace KTX::VORTIME {
@@ -21,8 +21,8 @@ struct SimulatedPcOptionsC {
 /// A PC whose clocks run by a log: by the host's times where it has them, else by the times that
 /// its messages state. No clock of the machine is read, so a log always gives the same result.
 ///
-/// The calendar clock shows FIRST_CIVIL_UNIX_MS to LAST_CIVIL_UNIX_MS, the steady clock counts up
-/// to MAX_ELAPSED_MS. A message that would arrive later or earlier has no reading.
+/// The calendar clock shows RCV::FIRST_CIVIL_UNIX_MS to RCV::LAST_CIVIL_UNIX_MS, the steady clock
+/// counts up to MAX_ELAPSED_MS. A message that would arrive later or earlier has no reading.
 class SimulatedPcC : public HostPcI {
  public:
   /// The longest forward step of the receiver that is taken for time that passed.
@@ -30,7 +30,7 @@ class SimulatedPcC : public HostPcI {
   /// What the steady clock reads at the first message.
   static constexpr std::int64_t STEADY_START_MS = 1000000;
   /// The longest time from the first message to the last.
-  static constexpr std::int64_t MAX_ELAPSED_MS = LAST_CIVIL_UNIX_MS - FIRST_CIVIL_UNIX_MS;
+  static constexpr std::int64_t MAX_ELAPSED_MS = RCV::LAST_CIVIL_UNIX_MS - RCV::FIRST_CIVIL_UNIX_MS;
 
   explicit SimulatedPcC(SimulatedPcOptionsC const& pcOptions);
 

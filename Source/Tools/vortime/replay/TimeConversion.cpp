@@ -1,8 +1,8 @@
 #include "replay/TimeConversion.h"
 
+#include "KTX/RCV/KTX_RCV_CivilTime.h"
 #include "KTX/TIM/KTX_TIM_GpsTime.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
-#include "readers/CivilTime.h"
 
 namespace KTX::VORTIME {
 namespace {
@@ -12,7 +12,7 @@ constexpr std::int64_t MS_PER_DAY = 86400000;
 }  // namespace
 
 TIM::YmdhmsC utcCalendarOf(std::int64_t unixMs) {
-  CivilTimeC const civil = civilTimeOf(unixMs);
+  RCV::CivilTimeC const civil = RCV::civilTimeOf(unixMs);
   TIM::YmdhmsC calendar = TIM::YmdhmsC::zero(TIM::TIMEBASE_UTC, 1);
   calendar.year = static_cast<std::uint16_t>(civil.year);
   calendar.month = static_cast<std::uint8_t>(civil.month);
@@ -26,7 +26,7 @@ TIM::YmdhmsC utcCalendarOf(std::int64_t unixMs) {
 }
 
 std::int64_t unixMsOf(TIM::YmdhmsC const& calendar) {
-  return daysSince1970(calendar.year, calendar.month, calendar.day) * MS_PER_DAY +
+  return RCV::daysSince1970(calendar.year, calendar.month, calendar.day) * MS_PER_DAY +
          calendar.hour * 3600000LL + calendar.minute * 60000LL + calendar.second * 1000LL +
          calendar.effectiveMilliseconds();
 }
