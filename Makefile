@@ -12,6 +12,7 @@ help:
 	@echo "make fuzz      fuzz every reader and rule, 10 minutes a target (SECONDS=n for another time)"
 	@echo "make stress    the reader/writer lock under many threads, some minutes"
 	@echo "make mutation  changes the sources in small ways and counts the changes that the unit tests notice"
+	@echo "                (RECHECK=1: makes the accepted changes and compares what the library computes with and without)"
 	@echo "make lint      format check and clang-tidy"
 	@echo "make tidy      clang-tidy over the sources"
 	@echo "make format    format every C++ file"
@@ -66,4 +67,4 @@ stress:
 
 mutation:
 	@tools/install_packages.sh mutation
-	@tools/mutation.py --plan tests/mutation/plan.tsv --accepted tests/mutation/accepted.tsv
+	@tools/mutation.py $(if $(RECHECK),--recheck,--plan tests/mutation/plan.tsv) --accepted tests/mutation/accepted.tsv

@@ -2,14 +2,20 @@
 """Changes the library's sources in small ways and checks that the unit tests notice each change.
 
 mutation.py --plan tests/mutation/plan.tsv --accepted tests/mutation/accepted.tsv [--mutants 320] [--seed 1] [--jobs 2]
+mutation.py --recheck --accepted tests/mutation/accepted.tsv [--jobs 2]
 
 plan.tsv names, for each source file, the test programs that must notice (tab-separated; a program may be followed by
-":" and a gtest filter). accepted.tsv lists survivors that change nothing a test could see, with the reason. Works on
-copies of the tree under build/mutation; the tree itself is never touched. Exit code 1 when fewer than --at-least
-percent of the mutants are noticed.
+":" and a gtest filter). accepted.tsv lists survivors that change nothing a test could see, with the reason and the
+area of the program mutation_probe that shows it. Works on copies of the tree under build/mutation; the tree itself is
+never touched. Exit code 1 when fewer than --at-least percent of the mutants are noticed.
+
+--recheck makes each accepted change and compares the area's digest with that of the unchanged sources. Another digest
+proves the reason wrong. Where another small change of the same line leaves the digest alone too, whatever it is, the probe
+does not reach the line. Either gives exit code 1.
 """
 import argparse
 import concurrent.futures
+import contextlib
 import os
 import pathlib
 import random
@@ -83,8 +89,17 @@ def read_plan(path):
 
 
 def read_accepted(path):
+    """The rows: source file, line, changed line, reason, area of the probe."""
     lines = pathlib.Path(path).read_text(encoding="utf-8").splitlines()
-    return {"\t".join(line.split("\t")[:3]) for line in lines if line and not line.startswith("#")}
+    return [line.split("\t") for line in lines if line and not line.startswith("#")]
+
+
+def accepted_mutants(row):
+    """The change of a row, at each place where its line stands."""
+    path, before, after = row[:3]
+    lines = (ROOT / path).read_text(encoding="utf-8").split("\n")
+    return [Mutant(path, number, 0, line, "" if after == "(dropped)" else line.replace(before, after))
+            for number, line in enumerate(lines, 1) if line.strip() == before]
 
 
 def run(command, folder, timeout):
@@ -100,7 +115,7 @@ def run(command, folder, timeout):
 class Tree:
     """A copy of the sources with a build of its own."""
 
-    def __init__(self, index, plan):
+    def __init__(self, index, programs):
         self.source = WORK / f"tree{index}"
         self.build = self.source / "build"
         tracked = subprocess.run(["git", "ls-files", "-z"], cwd=ROOT, check=True, capture_output=True).stdout
@@ -109,7 +124,6 @@ class Tree:
             if name and (ROOT / name).is_file():
                 (self.source / name).parent.mkdir(parents=True, exist_ok=True)
                 shutil.copy2(ROOT / name, self.source / name)
-        programs = sorted({program.split(":")[0] for row in plan.values() for program in row})
         if not run(["cmake", "-G", "Ninja", "-S", self.source, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
                     "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DVORTIME_WERROR=OFF"], self.source, 300):
             sys.exit("mutation: the copy does not configure")
@@ -128,14 +142,31 @@ class Tree:
         command = [self.build / "bin" / name, "--gtest_brief=1", "--gtest_fail_fast=1"]
         return run(command + ([f"--gtest_filter={tests}"] if tests else []), self.build, timeout)
 
-    def judge(self, mutant, programs, timeouts):
-        """'noticed' (a test fails or does not end), 'survived' or 'not a program' (does not compile)."""
+    def digest(self, area):
+        """What the probe prints of an area; None where it does not build, 'failed' where it does not end well."""
+        if not run(["cmake", "--build", self.build, "--target", "mutation_probe"], self.source, 900):
+            return None
+        try:
+            return subprocess.run([self.build / "bin" / "mutation_probe", area], cwd=self.build, timeout=300, check=True,
+                                  capture_output=True).stdout
+        except (subprocess.CalledProcessError, subprocess.TimeoutExpired):
+            return "failed"
+
+    @contextlib.contextmanager
+    def changed(self, mutant):
         path = self.source / mutant.path
         original = path.read_text(encoding="utf-8")
         lines = original.split("\n")
         lines[mutant.number - 1] = mutant.after
         path.write_text("\n".join(lines), encoding="utf-8")
         try:
+            yield
+        finally:
+            path.write_text(original, encoding="utf-8")
+
+    def judge(self, mutant, programs, timeouts):
+        """'noticed' (a test fails or does not end), 'survived' or 'not a program' (does not compile)."""
+        with self.changed(mutant):
             for program in programs:
                 build = ["cmake", "--build", self.build, "--target", program.split(":")[0]]
                 if not run(build, self.source, 600):
@@ -143,28 +174,84 @@ class Tree:
                 if not self.passes(program, timeouts[program]):
                     return "noticed"
             return "survived"
-        finally:
-            path.write_text(original, encoding="utf-8")
+
+
+class Recheck:
+    """Makes the accepted changes and asks the probe about each."""
+
+    def __init__(self, rows, jobs):
+        self.rows = rows
+        self.names = {"\t".join(row[:3]) for row in rows}
+        self.trees = [Tree(index, ["mutation_probe"]) for index in range(jobs)]
+        self.expected = {area: self.trees[0].digest(area) for area in sorted({row[4] for row in rows})}
+        self.reached = {}
+        self.faults = 0
+
+    def fault(self, text):
+        self.faults += 1
+        print(text, flush=True)
+
+    def differs(self, tree, mutant, area):
+        with tree.changed(mutant):
+            digest = tree.digest(area)
+            return digest is not None and digest != self.expected[area]
+
+    def is_reached(self, tree, mutant, area):
+        """Whether some other change of the line shows; True where there is none to make."""
+        place = (mutant.path, mutant.number, area)
+        if place not in self.reached:
+            others = [other for other in mutants_of(mutant.path)
+                      if other.number == mutant.number and other.name() not in self.names]
+            self.reached[place] = not others or any(self.differs(tree, other, area) for other in others)
+        return self.reached[place]
+
+    def check(self, tree, row):
+        mutants = accepted_mutants(row)
+        if not mutants:
+            self.fault(f"the line has gone: {row[0]}: {row[1]}")
+        for mutant in mutants:
+            if self.differs(tree, mutant, row[4]):
+                self.fault(f"the reason is wrong ({row[3]}): {mutant.place()}")
+            elif not self.is_reached(tree, mutant, row[4]):
+                self.fault(f"the probe \"{row[4]}\" does not reach: {mutant.place()}")
+
+    def run(self):
+        waiting = iter(self.rows)
+
+        def worker(tree):
+            for row in waiting:
+                self.check(tree, row)
+
+        with concurrent.futures.ThreadPoolExecutor(len(self.trees)) as pool:
+            for result in [pool.submit(worker, tree) for tree in self.trees]:
+                result.result()
+        print(f"{len(self.rows)} accepted changes made, {self.faults} faults")
+        return 1 if self.faults else 0
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
-    parser.add_argument("--plan", required=True)
+    parser.add_argument("--plan")
+    parser.add_argument("--recheck", action="store_true")
     parser.add_argument("--accepted", required=True)
     parser.add_argument("--mutants", type=int, default=320)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("--at-least", type=float, default=95.0)
     arguments = parser.parse_args()
+    rows = read_accepted(arguments.accepted)
+    if arguments.recheck:
+        return Recheck(rows, arguments.jobs).run()
     plan = read_plan(arguments.plan)
-    accepted = read_accepted(arguments.accepted)
+    accepted = {"\t".join(row[:3]) for row in rows}
     candidates = [mutant for path in plan for mutant in mutants_of(path)]
     random.Random(arguments.seed).shuffle(candidates)
     candidates = [mutant for mutant in candidates if mutant.name() not in accepted]
     print(f"{len(candidates)} possible mutants in {len(plan)} files, seed {arguments.seed}", flush=True)
 
-    trees = [Tree(index, plan) for index in range(arguments.jobs)]
     programs = sorted({program for row in plan.values() for program in row})
+    targets = sorted({program.split(":")[0] for program in programs})
+    trees = [Tree(index, targets) for index in range(arguments.jobs)]
     timeouts = {program: 10 + 10 * trees[0].seconds(program) for program in programs}
     counts = {"noticed": 0, "survived": 0, "not a program": 0}
     waiting = iter(candidates)
