@@ -14,6 +14,7 @@ proves the reason wrong. Where another small change of the same line leaves the 
 does not reach the line. Either gives exit code 1.
 """
 import argparse
+import collections
 import concurrent.futures
 import contextlib
 import os
@@ -42,11 +43,11 @@ NOT_CODE = re.compile(r"^\s*(//|#|namespace|using|static_assert|template|extern|
 
 
 class Mutant:
-    def __init__(self, path, number, column, before, after):
-        self.path, self.number, self.column, self.before, self.after = path, number, column, before, after
+    def __init__(self, path, number, label, before, after):
+        self.path, self.number, self.label, self.before, self.after = path, number, label, before, after
 
     def name(self):
-        return f"{self.path}\t{self.before.strip()}\t{self.after.strip() or '(dropped)'}"
+        return f"{self.path}\t{self.label}\t{self.after.strip() or '(dropped)'}"
 
     def place(self):
         return f"{self.path}:{self.number}: {self.before.strip()}  ->  {self.after.strip() or '(dropped)'}"
@@ -67,15 +68,26 @@ def changed(line, match, replacement):
     return line[:match.start()] + replacement + line[match.end():]
 
 
+def labelled_lines(path):
+    """Number, line, and the line as accepted.tsv names it: with [n] behind it where the file holds it more than once."""
+    lines = (ROOT / path).read_text(encoding="utf-8").split("\n")
+    counts = collections.Counter(line.strip() for line in lines)
+    seen = collections.Counter()
+    for number, line in enumerate(lines, 1):
+        label = line.strip()
+        seen[label] += 1
+        yield number, line, f"{label} [{seen[label]}]" if counts[label] > 1 else label
+
+
 def mutants_of(path):
     found = []
-    for number, line in enumerate((ROOT / path).read_text(encoding="utf-8").split("\n"), 1):
+    for number, line, label in labelled_lines(path):
         if NOT_CODE.match(line):
             continue
         plain = without_texts(line)
         for pattern, replacement in RULES:
             for match in re.finditer(pattern, plain):
-                found.append(Mutant(path, number, match.start(), line, changed(line, match, replacement)))
+                found.append(Mutant(path, number, label, line, changed(line, match, replacement)))
     return found
 
 
@@ -94,12 +106,13 @@ def read_accepted(path):
     return [line.split("\t") for line in lines if line and not line.startswith("#")]
 
 
-def accepted_mutants(row):
-    """The change of a row, at each place where its line stands."""
-    path, before, after = row[:3]
-    lines = (ROOT / path).read_text(encoding="utf-8").split("\n")
-    return [Mutant(path, number, 0, line, "" if after == "(dropped)" else line.replace(before, after))
-            for number, line in enumerate(lines, 1) if line.strip() == before]
+def accepted_mutant(row):
+    """The change of a row; None where its line is no longer there."""
+    path, wanted, after = row[:3]
+    for number, line, label in labelled_lines(path):
+        if label == wanted:
+            return Mutant(path, number, label, line, "" if after == "(dropped)" else line.replace(line.strip(), after))
+    return None
 
 
 def run(command, folder, timeout):
@@ -206,14 +219,13 @@ class Recheck:
         return self.reached[place]
 
     def check(self, tree, row):
-        mutants = accepted_mutants(row)
-        if not mutants:
+        mutant = accepted_mutant(row)
+        if mutant is None:
             self.fault(f"the line has gone: {row[0]}: {row[1]}")
-        for mutant in mutants:
-            if self.differs(tree, mutant, row[4]):
-                self.fault(f"the reason is wrong ({row[3]}): {mutant.place()}")
-            elif not self.is_reached(tree, mutant, row[4]):
-                self.fault(f"the probe \"{row[4]}\" does not reach: {mutant.place()}")
+        elif self.differs(tree, mutant, row[4]):
+            self.fault(f"the reason is wrong ({row[3]}): {mutant.place()}")
+        elif not self.is_reached(tree, mutant, row[4]):
+            self.fault(f"the probe \"{row[4]}\" does not reach: {mutant.place()}")
 
     def run(self):
         waiting = iter(self.rows)
