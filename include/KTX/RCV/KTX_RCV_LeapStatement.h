@@ -7,13 +7,13 @@ namespace KTX::RCV {
 
 /// The system that a leap second statement comes from.
 enum LeapSystemE : std::uint8_t {
-  LEAPSYSTEM_UNKNOWN = 0,
-  LEAPSYSTEM_GPS,
-  LEAPSYSTEM_GLONASS,
-  LEAPSYSTEM_GALILEO,
-  LEAPSYSTEM_SBAS,
-  LEAPSYSTEM_QZSS,
-  LEAPSYSTEM_BEIDOU
+  LEAPSYSTEM_UNKNOWN = 0,  ///< not stated, or none of these
+  LEAPSYSTEM_GPS,          ///< GPS
+  LEAPSYSTEM_GLONASS,      ///< GLONASS
+  LEAPSYSTEM_GALILEO,      ///< Galileo
+  LEAPSYSTEM_SBAS,         ///< a satellite-based augmentation system
+  LEAPSYSTEM_QZSS,         ///< QZSS
+  LEAPSYSTEM_BEIDOU        ///< BeiDou
 };
 
 /// What a message says of leap seconds. Counts are GPS minus UTC in seconds.

@@ -9,7 +9,7 @@ namespace KTX::RCV {
 
 /// Why a message was not used.
 enum RefusalE : std::uint8_t {
-  REFUSAL_NONE = 0,
+  REFUSAL_NONE = 0,           ///< none; it may be used
   REFUSAL_BAD_CHECKSUM,       ///< the checksum is wrong
   REFUSAL_CUT,                ///< the message ends before its end, or another one cuts into it
   REFUSAL_MALFORMED,          ///< fields that the format does not allow
@@ -27,7 +27,7 @@ enum RefusalE : std::uint8_t {
   REFUSAL_LEAP_NOT_VALID,     ///< the receiver marks its leap second as not valid
   REFUSAL_LEAP_INCOMPLETE,    ///< a leap second statement without a count or with half a date
   REFUSAL_LEAP_OUT_OF_RANGE,  ///< a leap second count that GPS minus UTC cannot be
-  REFUSAL_COUNT
+  REFUSAL_COUNT               ///< how many there are, REFUSAL_NONE counted
 };
 
 /// The name of a reason in reports, such as "bad-checksum". Static text.

@@ -9,7 +9,7 @@ namespace KTX::RCV {
 
 /// What makes a message doubtful although its form is right; bits of a mask.
 enum WarningE : std::uint32_t {
-  WARNING_NONE = 0,
+  WARNING_NONE = 0,                   ///< nothing
   WARNING_NO_CHECKSUM = 1U << 0,      ///< a stream without checksums
   WARNING_NO_FIX = 1U << 1,           ///< the receiver tells that it has no fix
   WARNING_NO_ACCURACY = 1U << 2,      ///< the receiver does not know its accuracy
