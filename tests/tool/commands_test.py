@@ -63,6 +63,14 @@ class Log(unittest.TestCase):
     def test_lines_with_a_setting(self):
         self.assertIn(" Time 6 New leap second invalid!", self.load_what_the_library_refuses(KTX_LOG="*=6"))
 
+    def test_a_line_names_its_thread_as_the_id_in_front_does(self):
+        with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
+            file = pathlib.Path(folder, "leap.txt")
+            file.write_text("17,17,1929,7\n")
+            result = run("leap", "load", file.relative_to(os.getcwd()), env=dict(os.environ, KTX_LOG="Time=0"))
+        for text in ("setGpsUTCParameters", "GpsC makeToCurrentTime"):
+            self.assertRegex(result.stderr, rf"(?m)^\S+Z ([0-9a-f]+) Time [3-] \1 - {text} call to ")
+
 
 class Suggestions(unittest.TestCase):
     def test_what_a_mistyped_word_was_meant_to_be(self):
