@@ -19,6 +19,7 @@
 #include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
 #include "KTX/TIM/KTX_TIM_Mutex.h"
+#include "KTX/TIM/KTX_TIM_PresentStatus.h"
 #include "KTX/TIM/KTX_TIM_ReadLock.h"
 #include "KTX/TIM/KTX_TIM_ReaderWriterSpinLock.h"
 #include "KTX/TIM/KTX_TIM_ResultCode.h"
@@ -27,6 +28,7 @@
 #include "KTX/TIM/KTX_TIM_SysTime.h"
 #include "KTX/TIM/KTX_TIM_TimeBase.h"
 #include "KTX/TIM/KTX_TIM_TimeConstants.h"
+#include "KTX/TIM/KTX_TIM_TimeEstimate.h"
 #include "KTX/TIM/KTX_TIM_TimeKind.h"
 #include "KTX/TIM/KTX_TIM_TimeZoneWindows.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondChanged.h"
@@ -113,6 +115,26 @@ static_assert(sizeof(UtcLeapSecondChanged) == 24);
 static_assert(offsetof(UtcLeapSecondChanged, previous) == 0);
 static_assert(offsetof(UtcLeapSecondChanged, current) == 12);
 
+static_assert(sizeof(TimeEstimateStepC) == 120);
+static_assert(offsetof(TimeEstimateStepC, number) == 0);
+static_assert(offsetof(TimeEstimateStepC, steadyMs) == 8);
+static_assert(offsetof(TimeEstimateStepC, observedMjd) == 16);
+static_assert(offsetof(TimeEstimateStepC, observedSigma) == 24);
+static_assert(offsetof(TimeEstimateStepC, predictedMjd) == 32);
+static_assert(offsetof(TimeEstimateStepC, predictedSigma) == 40);
+static_assert(offsetof(TimeEstimateStepC, estimatedMjd) == 48);
+static_assert(offsetof(TimeEstimateStepC, estimatedSigma) == 56);
+static_assert(offsetof(TimeEstimateStepC, correction) == 64);
+static_assert(offsetof(TimeEstimateStepC, differenceMs) == 72);
+static_assert(offsetof(TimeEstimateStepC, startMjd) == 80);
+static_assert(offsetof(TimeEstimateStepC, startSteadyMs) == 88);
+static_assert(offsetof(TimeEstimateStepC, mappedMjd) == 96);
+static_assert(offsetof(TimeEstimateStepC, mappedSteadyMs) == 104);
+static_assert(offsetof(TimeEstimateStepC, verdict) == 112);
+static_assert(offsetof(TimeEstimateStepC, resetByOutlier) == 116);
+
+static_assert(sizeof(PresentStatusC) == 88);
+
 static_assert(sizeof(YmdhmsC) == 32);
 static_assert(offsetof(YmdhmsC, year) == 0);
 static_assert(offsetof(YmdhmsC, month) == 2);
@@ -151,6 +173,8 @@ static_assert(CLOCKREF_DEFAULT == 4294967295U);
 static_assert(LEAPSECOND_DEFAULT == 0 && LEAPSECOND_FORCED == 1 && LEAPSECOND_SITE == 2);
 static_assert(LEAPSECOND_GPS == 3 && LEAPSECOND_GLONASS == 4 && LEAPSECOND_GALILEO == 5);
 static_assert(LEAPSECOND_SBAS == 6 && LEAPSECOND_QZSS == 7 && LEAPSECOND_BEIDOU == 8);
+static_assert(sizeof(TimeVerdictE) == 4 && TIMEVERDICT_UNCHANGED == 0);
+static_assert(TIMEVERDICT_TOO_UNCERTAIN == 1 && TIMEVERDICT_CORRECTED == 2);
 static_assert(RC_OK == 0 && RC_FAILED == 33554458);
 static_assert(RC_INVALID_LEAPSECOND == 33554434 && RC_LEAPSECOND_NOT_ACCEPTED == 33554462);
 static_assert(MS_PER_WEEK == 604800000 && SECONDS_PER_WEEK == 604800 && MS_PER_DAY == 86400000);
@@ -163,6 +187,18 @@ TEST(Layout, OfTimeValuesStays) {
   EXPECT_EQ(24U, offsetOf(member(GpsTimeBase{})));
   EXPECT_EQ(0U, offsetOf(member(MjdDayNumber{})));
   EXPECT_EQ(8U, offsetOf(member(MjdTimeBase{})));
+}
+
+TEST(Layout, OfTheStatusOfThePresentStays) {
+  EXPECT_EQ(0U, offsetOf(&PresentStatusC::steadyMs));
+  EXPECT_EQ(8U, offsetOf(&PresentStatusC::mappedMjd));
+  EXPECT_EQ(16U, offsetOf(&PresentStatusC::mappedSteadyMs));
+  EXPECT_EQ(24U, offsetOf(&PresentStatusC::sigma));
+  EXPECT_EQ(32U, offsetOf(&PresentStatusC::observationAgeMs));
+  EXPECT_EQ(48U, offsetOf(&PresentStatusC::correctionAgeMs));
+  EXPECT_EQ(64U, offsetOf(&PresentStatusC::unchangedCount));
+  EXPECT_EQ(72U, offsetOf(&PresentStatusC::tooUncertainCount));
+  EXPECT_EQ(80U, offsetOf(&PresentStatusC::correctedCount));
 }
 
 TEST(Layout, OfLocksStays) {
