@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "KTX/TIM/KTX_TIM_TimeCorrection.h"
+#include "KTX/TIM/KTX_TIM_TimeEstimate.h"
 #include "KTX/TIM/KTX_TIM_TimeZone.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondChanged.h"
 
@@ -29,14 +30,18 @@ struct EntryC {
 EntryC const TICK_COUNT{VORTIME_getTickCountMs};
 EntryC const ZONE_INSTANCE{VORTIME_getTimeZoneInstance};
 EntryC const CONNECT_CORRECTED{VORTIME_connectTimeCorrected};
+EntryC const CONNECT_ESTIMATED{VORTIME_connectTimeEstimated};
 EntryC const CONNECT_SIGNAL{VORTIME_connectTimeSignal};
 EntryC const CONNECT_LEAP_SECOND{VORTIME_connectUtcLeapSecondChanged};
+
+// Whether libraries that are opened later find its symbols; Windows knows no such thing.
+enum ScopeE { SCOPE_LOCAL, SCOPE_GLOBAL };
 
 #ifdef _WIN32
 
 using LibraryT = HMODULE;
 
-LibraryT load() {
+LibraryT load(ScopeE /*scope*/ = SCOPE_LOCAL) {
   return LoadLibraryW(L"VorTime.dll");
 }
 FARPROC addressOf(LibraryT library, EntryC const& entry) {
@@ -57,8 +62,9 @@ std::string libraryPath() {
   return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "libVorTime.so").string();
 }
 
-LibraryT load() {
-  return dlopen(libraryPath().c_str(), RTLD_NOW | RTLD_LOCAL);
+LibraryT load(ScopeE scope = SCOPE_LOCAL) {
+  return dlopen(libraryPath().c_str(),
+                RTLD_NOW | (scope == SCOPE_LOCAL ? RTLD_LOCAL : RTLD_GLOBAL));
 }
 void* addressOf(LibraryT library, EntryC const& entry) {
   return dlsym(library, entry.name);
@@ -120,18 +126,19 @@ void connect(LibraryT library, EntryC const& entry, std::shared_ptr<int> const& 
 }
 
 TEST(LoadUnload, UnloadingDestroysEverySignalWithItsSlots) {
-  for (int turn = 0; turn < 2; ++turn) {
-    SCOPED_TRACE(turn);
+  for (ScopeE const scope : {SCOPE_LOCAL, SCOPE_GLOBAL, SCOPE_LOCAL}) {
+    SCOPED_TRACE(scope);
     auto const owned = std::make_shared<int>(0);
-    LibraryT const library = load();
+    LibraryT const library = load(scope);
     ASSERT_NE(nullptr, library);
     connect<TimeCorrectedSlot>(library, CONNECT_CORRECTED, owned);
+    connect<TimeEstimatedSlot>(library, CONNECT_ESTIMATED, owned);
     connect<TimeSignalSlot>(library, CONNECT_SIGNAL, owned);
     connect<UtcLeapSecondChangedSlot>(library, CONNECT_LEAP_SECOND, owned);
     auto* const getZone = functionOf<TimeZoneC&()>(library, ZONE_INSTANCE);
     ASSERT_NE(nullptr, getZone);
     getZone().connectTimeZoneChanged(OwningSlotC{owned});
-    EXPECT_EQ(5, owned.use_count());
+    EXPECT_EQ(6, owned.use_count());
     unload(library);
     EXPECT_FALSE(isLoaded());
     EXPECT_EQ(1, owned.use_count());
