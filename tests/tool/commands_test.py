@@ -4,6 +4,7 @@ import datetime
 import os
 import pathlib
 import re
+import subprocess
 import tempfile
 import time
 import unittest
@@ -41,6 +42,17 @@ class CommandLine(unittest.TestCase):
                 result = run(*arguments)
                 self.assertEqual((3, ""), (result.returncode, result.stdout))
                 self.assertTrue(result.stderr.startswith("vortime: "), result.stderr)
+
+
+class EndOfAWatch(unittest.TestCase):
+    def test_a_source_that_ends(self):
+        """Also one that is a device, as what has no standard input reads from."""
+        log = SAMPLES / "isync.log"
+        for source, rest in ((log, ""), ("-", "; nothing usable came from -")):
+            with self.subTest(source=source):
+                result = run("watch", "-q", source, stdin=subprocess.DEVNULL)
+                self.assertEqual((1, f"vortime: the source has ended: {source}{rest}\n"), (result.returncode, result.stderr))
+                self.assertIn("Summary\n", result.stdout)
 
 
 class Log(unittest.TestCase):
@@ -360,6 +372,14 @@ class Leap(unittest.TestCase):
                 self.assertEqual("", run("leap", "check", name).stderr)
                 self.assertEqual(run("leap", "load", name, "--force").stdout, run("leap", "load", name).stdout)
         self.assertEqual(self.load(self.file(lines + "\n")), self.load(self.file(lines + "\n" + "; more\n" * 200_000)))
+
+    def test_what_is_no_regular_file_is_not_loaded(self):
+        device = "NUL" if tool_runner.is_windows() else os.devnull
+        for options in ((), ("--force",)):
+            with self.subTest(options=options):
+                result = run("leap", "load", device, *options)
+                self.assertEqual((3, "", f"vortime: cannot read {device}: not a regular file\n"),
+                                 (result.returncode, result.stdout, result.stderr))
 
     def load(self, name, *options):
         result = run("leap", "load", "--json", name, *options)

@@ -16,6 +16,7 @@
 #include "output/RecordText.h"
 #include "output/TextFormat.h"
 #include "replay/TimeConversion.h"
+#include "system/FileIdentity.h"
 #include "system/FileName.h"
 #include "system/InputFile.h"
 #include "system/StandardStreams.h"
@@ -218,6 +219,11 @@ ExitCodeE runLeapCheck(std::string const& path, bool isJson, int resultDescripto
 }
 
 ExitCodeE runLeapLoad(std::string const& path, bool isForced, bool isJson, int resultDescriptor) {
+  // The library refuses it too, but opening a FIFO that nobody writes to would wait.
+  if (identityOfFile(path).kind == FILEKIND_OTHER) {
+    printError("cannot read " + path + ": not a regular file");
+    return EXIT_BAD_INPUT;
+  }
   LeapFileC file;
   if (!readLeapFile(path, file)) {
     return EXIT_BAD_INPUT;

@@ -17,6 +17,12 @@ std::string errorMessage(DWORD number) {
   return std::system_category().message(static_cast<int>(number));
 }
 
+bool isSerialPort(HANDLE handle) {
+  COMMCONFIG settings{};
+  DWORD size = sizeof(settings);
+  return ::GetCommConfig(handle, &settings, &size) != 0;
+}
+
 bool setUpPort(HANDLE handle, int baud, std::string& error) {
   DCB settings{};
   settings.DCBlength = sizeof(settings);
@@ -39,7 +45,10 @@ bool setUpPort(HANDLE handle, int baud, std::string& error) {
 class WindowsInputC : public LiveInputI {
  public:
   WindowsInputC(HANDLE openHandle, bool isOwner)
-      : handle(openHandle), owns(isOwner), isPipe(::GetFileType(openHandle) == FILE_TYPE_PIPE) {}
+      : handle(openHandle),
+        owns(isOwner),
+        isPipe(::GetFileType(openHandle) == FILE_TYPE_PIPE),
+        isPort(isSerialPort(openHandle)) {}
   ~WindowsInputC() override {
     if (owns) {
       ::CloseHandle(handle);
@@ -63,7 +72,8 @@ class WindowsInputC : public LiveInputI {
     if (::ReadFile(handle, data, available, &count, nullptr) == 0) {
       return end(::GetLastError());
     }
-    atEnd = count == 0 && ::GetFileType(handle) != FILE_TYPE_CHAR;
+    // A port that nothing came to within WAIT_MS has not ended.
+    atEnd = count == 0 && !isPort;
     return count;
   }
 
@@ -82,6 +92,7 @@ class WindowsInputC : public LiveInputI {
   HANDLE const handle;
   bool const owns;
   bool const isPipe;
+  bool const isPort;
   bool atEnd = false;
   std::string error;
 };
@@ -100,9 +111,7 @@ std::unique_ptr<LiveInputI> openLiveInput(std::string const& path, int baud, std
     return nullptr;
   }
   auto input = std::make_unique<WindowsInputC>(handle, true);
-  COMMCONFIG settings{};
-  DWORD size = sizeof(settings);
-  if (::GetCommConfig(handle, &settings, &size) != 0 && !setUpPort(handle, baud, error)) {
+  if (isSerialPort(handle) && !setUpPort(handle, baud, error)) {
     return nullptr;
   }
   return input;
