@@ -42,6 +42,16 @@ bool isAllDigits(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
+bool isInteger(std::string_view text) {
+  return isAllDigits(text.substr(text.substr(0, 1) == "-" ? 1 : 0));
+}
+
+// True for a text such as 10000-01-01.
+bool beginsWithLongYear(std::string_view text) {
+  std::size_t const hyphen = text.find('-');
+  return hyphen != std::string_view::npos && hyphen > 4 && isAllDigits(text.substr(0, hyphen));
+}
+
 ResultT readWeek(std::string_view text, TIM::TimeBaseE base, TIM::GpsTimeC& time) {
   std::size_t const colon = text.find(':');
   if (colon == std::string_view::npos) {
@@ -52,7 +62,7 @@ ResultT readWeek(std::string_view text, TIM::TimeBaseE base, TIM::GpsTimeC& time
   if (msText.find(':') != std::string_view::npos) {
     return "a time of day needs its date in front";
   }
-  if (!isAllDigits(weekText) || !isAllDigits(msText)) {
+  if (!isInteger(weekText) || !isInteger(msText)) {
     return NOT_A_TIME;
   }
   std::int64_t week = 0;
@@ -95,6 +105,9 @@ ResultT checkEnd(std::string_view rest, TIM::TimeBaseE base) {
 ResultT readIso(std::string_view text, TIM::TimeBaseE base, TIM::GpsTimeC& time) {
   RCV::CivilTimeC civil;
   std::size_t const end = RCV::readIsoFields(text, civil);
+  if (end == 0 && beginsWithLongYear(text)) {
+    return "a year has four digits";
+  }
   if (end == 0) {
     return text.size() == DATE_LENGTH ? "a date needs its time of day behind it" : NOT_A_TIME;
   }
@@ -172,7 +185,7 @@ ResultT readUnix(std::string_view text, TIM::TimeBaseE base, TIM::GpsTimeC& time
 
 // A date by its hyphens, a week by its colon, a day number by its size, else seconds since 1970.
 TimeFormatE formatOf(std::string_view text) {
-  if (text.size() > 7 && text[4] == '-') {
+  if ((text.size() > 7 && text[4] == '-') || beginsWithLongYear(text)) {
     return TIMEFORMAT_ISO;
   }
   if (text.find(':') != std::string_view::npos) {
