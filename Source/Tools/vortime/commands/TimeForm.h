@@ -31,7 +31,7 @@ struct TimeFormSpecC {
 /// Reads "iso", "week:utc", "local" and the like. False for another text.
 bool readTimeFormSpec(std::string_view text, TimeFormSpecC& spec);
 
-/// The time base that a format is in where its specification names none.
+/// The time base that a format is in where none is asked for.
 TIM::TimeBaseE usualTimeBase(TimeFormatE format);
 
 /// Where an instant lies that is outside the GPS weeks 0 to 65535. Static text.
