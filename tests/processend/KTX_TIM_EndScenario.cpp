@@ -1,8 +1,13 @@
 #include "processend/KTX_TIM_EndScenario.h"
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -14,6 +19,7 @@
 #include "KTX/TIM/KTX_TIM_LogAssert.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
 #include "KTX/TIM/KTX_TIM_TickCount.h"
+#include "KTX/TIM/KTX_TIM_TimeCorrection.h"
 #include "KTX/TIM/KTX_TIM_TimeLock.h"
 #include "KTX/TIM/KTX_TIM_TimeZone.h"
 #include "KTX/TIM/KTX_TIM_UtcLeapSecondChanged.h"
@@ -120,6 +126,23 @@ void lockLibrary() KTX_TIM_NO_THREAD_SAFETY_ANALYSIS {
   getTimeLock().lock();
 }
 
+// Also while the system unloads libraries.
+void endAtOnce(int status) {
+#ifdef _WIN32
+  TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));
+#else
+  std::_Exit(status);
+#endif
+}
+
+// The library holds the only owner of what the slot owns, which lives as long as its signal.
+int connectOwner() {
+  static int object = 0;
+  std::shared_ptr<int> const owner(&object, [](int* /*object*/) { endAtOnce(5); });
+  connectTimeSignal([owner](int /*week*/, int /*msOfWeek*/) {});
+  return 0;
+}
+
 int endInListener() {
   connectUtcLeapSecondChanged(
       [](boost::shared_ptr<UtcLeapSecondChanged> const& /*event*/) { std::exit(startWaiters()); });
@@ -143,6 +166,9 @@ int enterEndScenario(char const* scenario) {
   if (name == "orphaned") {
     std::thread(lockLibrary).join();
     return startWaiters();
+  }
+  if (name == "owner") {
+    return connectOwner();
   }
   return name == "listener" ? endInListener() : 2;
 }

@@ -11,6 +11,7 @@
 ///   threads   detached threads read, observe, convert, set leap seconds and write log lines
 ///   waiting   threads wait for the library-wide lock, which the calling thread holds
 ///   orphaned  threads wait for it, and the thread that took it has ended
+///   owner     a slot is connected whose destruction ends the process with another status
 ///   listener  as waiting, but a listener of the leap second ends the process, with both locks held
 /// 0, or another status where that state cannot be reached.
 extern "C" KTX_TIM_SCENARIO_API int enterEndScenario(char const* scenario);

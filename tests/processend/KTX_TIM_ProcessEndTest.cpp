@@ -83,6 +83,13 @@ TEST(ProcessEnd, LeavesDetachedThreadsToUseALibraryThatWasOpened) {
   expectCleanRuns("process_end_opening", "threads", OPENED_RUNS);
 }
 
+// Windows ends the threads before it tells libraries, so that none of them can be seen to crash.
+TEST(ProcessEnd, DestroysNothingOfTheLibrary) {
+  for (char const* const program : {"process_end_linked", "process_end_opening"}) {
+    expectCleanRuns(program, "owner", 1);
+  }
+}
+
 TEST(ProcessEnd, WaitsForNoThreadAndNoLock) {
   for (char const* const program : {"process_end_linked", "process_end_opening"}) {
     for (char const* const scenario : {"waiting", "orphaned", "listener"}) {
