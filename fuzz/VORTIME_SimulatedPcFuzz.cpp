@@ -55,14 +55,14 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   std::int64_t lastSteadyMs = SimulatedPcC::STEADY_START_MS;
   while (!input.isAtEnd()) {
     unsigned const flags = input.next<std::uint8_t>();
-    ArrivalC arrival;
+    KTX::RCV::ArrivalC arrival;
     arrival.message = (flags & 1U) != 0 ? "GPRMC" : "GPZDA";
     arrival.hasHostTime = (flags & 2U) != 0;
     arrival.isNewInput = (flags & 4U) != 0;
     arrival.isFirst = isFirst;
     arrival.statedUnixMs = input.next<std::int64_t>();
     arrival.hostUnixMs = arrival.hasHostTime ? input.next<std::int64_t>() : 0;
-    std::optional<PcReadingC> const reading = pc.arrive(arrival);
+    std::optional<KTX::RCV::PcReadingC> const reading = pc.arrive(arrival);
     if (reading) {
       demand(reading->systemUnixMs >= KTX::RCV::FIRST_CIVIL_UNIX_MS);
       demand(reading->systemUnixMs <= KTX::RCV::LAST_CIVIL_UNIX_MS);

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "KTX/RCV/KTX_RCV_LeapHistory.h"
 #include "KTX/TIM/KTX_TIM_Gps.h"
-#include "replay/LeapHistory.h"
 #include "replay/SimulatedPc.h"
 
 namespace KTX::VORTIME::TEST {
@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::int64_t DAY_MS = 86400000;
 
-ArrivalC arrivalAt(std::int64_t statedUnixMs, char const* message, bool isFirst = false) {
-  ArrivalC arrival;
+RCV::ArrivalC arrivalAt(std::int64_t statedUnixMs, char const* message, bool isFirst = false) {
+  RCV::ArrivalC arrival;
   arrival.statedUnixMs = statedUnixMs;
   arrival.message = message;
   arrival.isFirst = isFirst;
@@ -38,7 +38,7 @@ TEST(SimulatedPc, RunsByTheTimesOfTheReceiver) {
     SimulatedPcC pc{SimulatedPcOptionsC()};
     pc.arrive(arrivalAt(DAY_MS, "RMC", true));
     std::int64_t const before = pc.arrive(arrivalAt(DAY_MS + 500, "RMC"))->steadyMs;
-    PcReadingC const after = *pc.arrive(arrivalAt(DAY_MS + 500 + c.stepMs, c.message));
+    RCV::PcReadingC const after = *pc.arrive(arrivalAt(DAY_MS + 500 + c.stepMs, c.message));
     EXPECT_EQ(c.passedMs, after.steadyMs - before);
     EXPECT_FALSE(after.isCalendarKnown);
   }
@@ -55,21 +55,21 @@ TEST(SimulatedPc, BeginsOffAndDrifts) {
 
 TEST(SimulatedPc, RunsByTheHostWhereItIsKnown) {
   SimulatedPcC pc{SimulatedPcOptionsC()};
-  ArrivalC arrival = arrivalAt(DAY_MS, "RMC", true);
+  RCV::ArrivalC arrival = arrivalAt(DAY_MS, "RMC", true);
   arrival.hasHostTime = true;
   arrival.hostUnixMs = 5000;
-  PcReadingC const first = *pc.arrive(arrival);
+  RCV::PcReadingC const first = *pc.arrive(arrival);
   EXPECT_EQ(5000, first.systemUnixMs);
   EXPECT_TRUE(first.isCalendarKnown);
   arrival.isFirst = false;
   arrival.hostUnixMs = 4999;
-  PcReadingC const back = *pc.arrive(arrival);
+  RCV::PcReadingC const back = *pc.arrive(arrival);
   EXPECT_TRUE(back.hasRunBack);
   EXPECT_EQ(first.steadyMs, back.steadyMs);
 }
 
-ArrivalC arrivalAtHost(std::int64_t hostUnixMs, bool isFirst = false) {
-  ArrivalC arrival = arrivalAt(DAY_MS, "RMC", isFirst);
+RCV::ArrivalC arrivalAtHost(std::int64_t hostUnixMs, bool isFirst = false) {
+  RCV::ArrivalC arrival = arrivalAt(DAY_MS, "RMC", isFirst);
   arrival.hasHostTime = true;
   arrival.hostUnixMs = hostUnixMs;
   return arrival;
@@ -110,7 +110,7 @@ TEST(SimulatedPc, BeginsAtAnyOffsetThatItsCalendarClockCanShow) {
     SimulatedPcOptionsC options;
     options.offsetMs = c.offsetMs;
     SimulatedPcC pc(options);
-    std::optional<PcReadingC> const reading = pc.arrive(arrivalAt(DAY_MS, "RMC", true));
+    std::optional<RCV::PcReadingC> const reading = pc.arrive(arrivalAt(DAY_MS, "RMC", true));
     ASSERT_EQ(c.canBeShown, reading.has_value());
     if (reading) {
       EXPECT_EQ(DAY_MS + c.offsetMs, reading->systemUnixMs);
@@ -126,7 +126,7 @@ TEST(SimulatedPc, CountsAtMostItsLongestTime) {
   ASSERT_TRUE(pc.arrive(arrivalAtHost(0)));
   EXPECT_FALSE(pc.arrive(arrivalAtHost(1)));
   EXPECT_FALSE(pc.arrive(arrivalAtHost(RCV::LAST_CIVIL_UNIX_MS)));
-  std::optional<PcReadingC> const reading = pc.arrive(arrivalAtHost(0));
+  std::optional<RCV::PcReadingC> const reading = pc.arrive(arrivalAtHost(0));
   ASSERT_TRUE(reading);
   EXPECT_EQ(SimulatedPcC::STEADY_START_MS + SimulatedPcC::MAX_ELAPSED_MS, reading->steadyMs);
   EXPECT_FALSE(reading->hasRunBack);
@@ -139,7 +139,7 @@ TEST(SimulatedPc, LetsNoTimePassForAMessageWithoutAReading) {
   SimulatedPcC undisturbed(options);
   pc.arrive(arrivalAt(DAY_MS, "RMC", true));
   undisturbed.arrive(arrivalAt(DAY_MS, "RMC", true));
-  ArrivalC distant = arrivalAt(INT64_MAX, "RMC");
+  RCV::ArrivalC distant = arrivalAt(INT64_MAX, "RMC");
   distant.isNewInput = true;
   EXPECT_FALSE(pc.arrive(distant));
   for (std::int64_t ms = 1000; ms <= 100000; ms += 1000) {
@@ -157,7 +157,7 @@ TEST(SimulatedPc, HasNoReadingForADriftThatIsNoNumber) {
 }
 
 TEST(LeapHistory, ChangesAtTheRightSecondInBothDirections) {
-  LeapHistoryC history;
+  RCV::LeapHistoryC history;
   struct {
     std::uint16_t week;
     std::uint32_t day;

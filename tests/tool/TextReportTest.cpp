@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include "KTX/RCV/KTX_RCV_LeapHistory.h"
+#include "KTX/RCV/KTX_RCV_Observation.h"
 #include "output/JsonReport.h"
-#include "replay/LeapHistory.h"
-#include "replay/Observation.h"
 
 namespace KTX::VORTIME::TEST {
 namespace {
@@ -25,8 +25,8 @@ class TextReport : public ::testing::Test {
   // The line of an observation without its line end.
   std::string observationLine(RCV::ReceiverMessageC const& event, double differenceMs) {
     out.buffer().clear();
-    ObservationC const observation(event);
-    report.onObservation(MessageReportC{event, RCV::WARNING_NONE, &observation},
+    RCV::ObservationC const observation(event);
+    report.onObservation(RCV::MessageReportC{event, RCV::WARNING_NONE, &observation},
                          {10, differenceMs, 0});
     std::string line = out.buffer();
     EXPECT_EQ('\n', line.back());
@@ -85,14 +85,14 @@ TEST_F(TextReport, ShowsALeapSecondAsSecond60) {
                      {60, 400000000, "2012-06-30T23:59:60.400Z", "1695       15400"},
                      {60, 999000000, "2012-06-30T23:59:60.999Z", "1695       15999"},
                      {60, 999600000, "2012-07-01T00:00:00.000Z", "1695       16000"}};
-  LeapHistoryC history;
+  RCV::LeapHistoryC history;
   report.setLeapSeconds(history);
   for (auto const& c : cases) {
     out.buffer().clear();
     RCV::ReceiverMessageC event = eventAt("GPZDA");
     event.utc = {2012, 6, 30, 23, 59, c.second, c.nanosecond};
-    ObservationC const observation(event);
-    report.onRefusal(MessageReportC{event, RCV::WARNING_NONE, &observation},
+    RCV::ObservationC const observation(event);
+    report.onRefusal(RCV::MessageReportC{event, RCV::WARNING_NONE, &observation},
                      RCV::REFUSAL_LEAP_SECOND);
     std::string const line = out.buffer();
     EXPECT_NE(std::string::npos,
@@ -114,20 +114,20 @@ TEST_F(TextReport, ShowsTheNameOfAnInputWithoutControlCharacters) {
   EXPECT_EQ("log\\u001b[2J\\u000a\\u009b0m\\x80.txt", shown.substr(0, shown.find('\n')));
 }
 
-ClockStepC clockStep(ClockOutcomeE outcome, bool isFirst) {
-  return {outcome, isFirst, -5, ObservationC(eventAt("RMC")).utc()};
+RCV::ClockStepC clockStep(RCV::ClockOutcomeE outcome, bool isFirst) {
+  return {outcome, isFirst, -5, RCV::ObservationC(eventAt("RMC")).utc()};
 }
 
 TEST_F(TextReport, TellsWhatBecameOfThePcsClock) {
   struct {
-    ClockOutcomeE outcome;
+    RCV::ClockOutcomeE outcome;
     char const* line;
   } const cases[] = {
-      {CLOCK_SET, "          clock set    2017-01-01T00:00:00.000Z  changed by -5 ms\n"},
-      {CLOCK_REFUSED,
+      {RCV::CLOCK_SET, "          clock set    2017-01-01T00:00:00.000Z  changed by -5 ms\n"},
+      {RCV::CLOCK_REFUSED,
        "          clock kept   2017-01-01T00:00:00.000Z was refused by the system: it takes the "
        "right to set the time, as root has\n"},
-      {CLOCK_STEP_TOO_LARGE,
+      {RCV::CLOCK_STEP_TOO_LARGE,
        "          clock kept   2017-01-01T00:00:00.000Z is -5 ms away: more than --max-step\n"}};
   for (auto const& c : cases) {
     out.buffer().clear();
@@ -147,13 +147,14 @@ TEST_F(TextReport, TellsTheHoursWithoutACorrection) {
 
 TEST(JsonReport, TellsWhatBecameOfThePcsClock) {
   struct {
-    ClockOutcomeE outcome;
+    RCV::ClockOutcomeE outcome;
     bool isFirst;
     char const* fields;
-  } const cases[] = {{CLOCK_SET, true, R"("clock_set":true,"first":true,)"},
-                     {CLOCK_REFUSED, true, R"("clock_set":false,"reason":"refused","first":true,)"},
-                     {CLOCK_STEP_TOO_LARGE, false,
-                      R"("clock_set":false,"reason":"step-too-large","first":false,)"}};
+  } const cases[] = {
+      {RCV::CLOCK_SET, true, R"("clock_set":true,"first":true,)"},
+      {RCV::CLOCK_REFUSED, true, R"("clock_set":false,"reason":"refused","first":true,)"},
+      {RCV::CLOCK_STEP_TOO_LARGE, false,
+       R"("clock_set":false,"reason":"step-too-large","first":false,)"}};
   for (auto const& c : cases) {
     OutputFileC out;
     JsonReportC report(out, false, false);
@@ -170,7 +171,8 @@ TEST(JsonReport, QuotesTheNameOfAMessage) {
   RCV::ReceiverMessageC event = eventAt("G\"\\MC");
   event.timeForm = RCV::TIMEFORM_NONE;
   report.onInput("a");
-  report.onRefusal(MessageReportC{event, RCV::WARNING_NONE, nullptr}, RCV::REFUSAL_BAD_CHECKSUM);
+  report.onRefusal(RCV::MessageReportC{event, RCV::WARNING_NONE, nullptr},
+                   RCV::REFUSAL_BAD_CHECKSUM);
   EXPECT_NE(std::string::npos, out.buffer().find(R"("message":"G\"\\MC")")) << out.buffer();
 }
 

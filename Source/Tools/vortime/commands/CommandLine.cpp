@@ -41,7 +41,7 @@ void addRunOutput(CLI::App& app, RunOutputOptionsC& output) {
                "Replace files that no run of vortime wrote; without it they stay as they are");
 }
 
-void addEngine(CLI::App& app, ReplayOptionsC& engine) {
+void addEngine(CLI::App& app, RCV::SessionOptionsC& engine) {
   app.add_option_function<std::int64_t>(
          "--noise", [&engine](std::int64_t ms) { engine.noiseMs = ms; },
          "Standard deviation of every observation in ms, instead of what it states itself, or 10")

@@ -1,8 +1,8 @@
 #include "commands/Converter.h"
 
+#include "KTX/RCV/KTX_RCV_LeapHistory.h"
 #include "commands/TimeForm.h"
 #include "commands/TimeReading.h"
-#include "replay/LeapHistory.h"
 #include "system/StandardStreams.h"
 
 namespace KTX::VORTIME {
@@ -97,7 +97,7 @@ void ConverterC::noteHistory(TIM::GpsTimeC const& time) {
   std::string reason;
   TIM::GpsTimeC gps;
   if (time.getWeek() <= LAST_LEAP_WEEK && inBase(time, TIM::TIMEBASE_GPS, gps, reason)) {
-    historic += LeapHistoryC::statementAt(gps).future != gps.getLeapSeconds() ? 1U : 0U;
+    historic += RCV::LeapHistoryC::statementAt(gps).future != gps.getLeapSeconds() ? 1U : 0U;
   }
 }
 

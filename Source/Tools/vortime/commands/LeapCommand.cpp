@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "KTX/RCV/KTX_RCV_LeapList.h"
+#include "KTX/RCV/KTX_RCV_TimeConversion.h"
 #include "KTX/TIM/KTX_TIM_ClockFactory.h"
 #include "KTX/TIM/KTX_TIM_Gps.h"
 #include "KTX/TIM/KTX_TIM_LeapSecondSource.h"
@@ -15,7 +16,6 @@
 #include "output/JsonLine.h"
 #include "output/RecordText.h"
 #include "output/TextFormat.h"
-#include "replay/TimeConversion.h"
 #include "system/FileIdentity.h"
 #include "system/FileName.h"
 #include "system/InputFile.h"
@@ -42,7 +42,7 @@ JsonLineC recordJson(TIM::UtcLeapSecondRecord const& record) {
 
 std::string utcText(std::int64_t unixMs) {
   std::string text;
-  appendCalendar(text, utcCalendarOf(unixMs));
+  appendCalendar(text, RCV::utcCalendarOf(unixMs));
   return text + "Z";
 }
 

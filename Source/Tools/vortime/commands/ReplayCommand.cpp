@@ -94,7 +94,7 @@ ExitCodeE runReplay(ReplayCommandOptionsC const& options, int resultDescriptor) 
   }
   InterruptC const interrupt;
   SimulatedPcC pc(options.pc);
-  ReplayEngineC engine(pc, options.engine, output.report(), output.estimates());
+  RCV::ReceiverSessionC engine(pc, options.engine, output.report(), output.estimates());
   output.setLeapSeconds(engine.leapSeconds());
   RCV::ReadCountsC counts;
   ProgressBarC bar(barLength(options, logs, resultDescriptor));

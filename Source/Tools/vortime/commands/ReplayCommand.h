@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "replay/ReplayEngine.h"
+#include "KTX/RCV/KTX_RCV_ReceiverSession.h"
 #include "replay/SimulatedPc.h"
 #include "system/ExitCode.h"
 
@@ -23,7 +23,7 @@ enum ProgressE { PROGRESS_AUTOMATIC, PROGRESS_ALWAYS, PROGRESS_NEVER };
 
 struct ReplayCommandOptionsC {
   std::vector<std::string> logs;
-  ReplayOptionsC engine;
+  RCV::SessionOptionsC engine;
   SimulatedPcOptionsC pc;
   RunOutputOptionsC output;
   std::string leapFile;  ///< empty for none

@@ -41,7 +41,7 @@ bool RunOutputC::tracesToResults() const {
   return options.tracePath == "-";
 }
 
-EstimateSinkI* RunOutputC::estimates() {
+RCV::EstimateSinkI* RunOutputC::estimates() {
   return trace || plot || tracesToResults() ? this : nullptr;
 }
 

@@ -5,19 +5,19 @@
 #include <string>
 #include <vector>
 
+#include "KTX/RCV/KTX_RCV_EstimateSink.h"
+#include "KTX/RCV/KTX_RCV_ReceiverSession.h"
+#include "KTX/RCV/KTX_RCV_SessionListener.h"
 #include "commands/ReplayCommand.h"
 #include "output/OutputFile.h"
 #include "output/Plot.h"
 #include "output/TraceFile.h"
-#include "replay/EstimateSink.h"
-#include "replay/ReplayEngine.h"
-#include "replay/ReplayReport.h"
 #include "system/ExitCode.h"
 
 namespace KTX::VORTIME {
 
 /// Everything that a run writes: the report, the trace, the plot.
-class RunOutputC : public EstimateSinkI {
+class RunOutputC : public RCV::EstimateSinkI {
  public:
   /// isLive: every line is written at once.
   RunOutputC(RunOutputOptionsC const& outputOptions, int resultDescriptor, bool isLive);
@@ -26,10 +26,10 @@ class RunOutputC : public EstimateSinkI {
   /// Opens what is written to files; says what cannot be opened. inputs: the names of what the run
   /// reads, none of which is written.
   bool open(std::vector<std::string> const& inputs);
-  ReplayReportI& report() { return *runReport; }
+  RCV::SessionListenerI& report() { return *runReport; }
   OutputFileC& results() { return out; }
   /// Null when nobody wants the estimator's steps.
-  EstimateSinkI* estimates();
+  RCV::EstimateSinkI* estimates();
   void setLeapSeconds(TIM::LeapSecondProviderI& provider);
 
   void onEstimate(TIM::TimeEstimateStepC const& step) override;
@@ -47,7 +47,7 @@ class RunOutputC : public EstimateSinkI {
   int const resultsDescriptor;
   bool const isFlushed;  ///< after each line
   OutputFileC out;
-  std::unique_ptr<ReplayReportI> runReport;
+  std::unique_ptr<RCV::SessionListenerI> runReport;
   std::unique_ptr<TraceFileC> trace;
   std::unique_ptr<PlotC> plot;
 };

@@ -8,10 +8,10 @@
 #include "KTX/RCV/KTX_RCV_CivilTime.h"
 #include "KTX/RCV/KTX_RCV_IsoTime.h"
 #include "KTX/RCV/KTX_RCV_TextNumber.h"
+#include "KTX/RCV/KTX_RCV_TimeConversion.h"
 #include "KTX/TIM/KTX_TIM_MjdTime.h"
 #include "KTX/TIM/KTX_TIM_TimeConstants.h"
 #include "KTX/TIM/KTX_TIM_Ymdhms.h"
-#include "replay/TimeConversion.h"
 
 namespace KTX::VORTIME {
 namespace {
@@ -162,7 +162,7 @@ ResultT readFat(std::string_view text, TIM::TimeBaseE base, TIM::GpsTimeC& time)
   if (calendar.hour > 23 || calendar.minute > 59 || calendar.second > 59) {
     return "no such time of day";
   }
-  return setFromMs(unixMsOf(calendar) - GPS_EPOCH_UNIX_MS, base, time);
+  return setFromMs(RCV::unixMsOf(calendar) - GPS_EPOCH_UNIX_MS, base, time);
 }
 
 ResultT readUnix(std::string_view text, TIM::TimeBaseE base, TIM::GpsTimeC& time) {

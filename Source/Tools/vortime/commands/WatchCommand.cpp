@@ -3,9 +3,9 @@
 #include <array>
 #include <memory>
 
+#include "KTX/RCV/KTX_RCV_LivePc.h"
 #include "KTX/RCV/KTX_RCV_MessageReader.h"
 #include "commands/RunOutput.h"
-#include "replay/LivePc.h"
 #include "system/Interrupt.h"
 #include "system/LiveInput.h"
 #include "system/StandardStreams.h"
@@ -65,13 +65,13 @@ ExitCodeE runWatch(WatchCommandOptionsC const& options, int resultDescriptor) {
     return EXIT_BAD_OUTPUT;
   }
   InterruptC const interrupt;
-  LivePcC pc;
-  ReplayOptionsC engineOptions = options.engine;
+  RCV::LivePcC pc;
+  RCV::SessionOptionsC engineOptions = options.engine;
   engineOptions.usesLeapHistory = false;
   // A message that shows a warning sign must not set a clock unless the user asks for it.
   engineOptions.isStrict = engineOptions.isStrict || (options.setsClock && !options.isTrusting);
-  ReplayEngineC engine(pc, engineOptions, output.report(), output.estimates());
-  ClockSetterC clockSetter(pc, options.maxStepS * 1000);
+  RCV::ReceiverSessionC engine(pc, engineOptions, output.report(), output.estimates());
+  RCV::ClockSetterC clockSetter(pc, options.maxStepS * 1000);
   if (options.setsClock) {
     engine.setClockSetter(clockSetter);
   }

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string>
 
+#include "KTX/RCV/KTX_RCV_ClockSetter.h"
+#include "KTX/RCV/KTX_RCV_ReceiverSession.h"
 #include "commands/ReplayCommand.h"
-#include "replay/ClockSetter.h"
-#include "replay/ReplayEngine.h"
 #include "system/ExitCode.h"
 
 namespace KTX::VORTIME {
@@ -16,8 +16,8 @@ struct WatchCommandOptionsC {
   int baud = 0;  ///< 0: as the device is set
   bool setsClock = false;
   bool isTrusting = false;  ///< with setsClock: uses messages with a warning sign too
-  std::int64_t maxStepS = ClockSetterC::DEFAULT_MAX_STEP_MS / 1000;  ///< of the PC's clock
-  ReplayOptionsC engine;
+  std::int64_t maxStepS = RCV::ClockSetterC::DEFAULT_MAX_STEP_MS / 1000;  ///< of the PC's clock
+  RCV::SessionOptionsC engine;
   RunOutputOptionsC output;
 };
 

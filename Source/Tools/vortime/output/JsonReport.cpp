@@ -2,9 +2,9 @@
 
 #include <cmath>
 
+#include "KTX/RCV/KTX_RCV_TimeConversion.h"
 #include "KTX/TIM/KTX_TIM_LeapSecondSource.h"
 #include "output/TextFormat.h"
-#include "replay/TimeConversion.h"
 
 namespace KTX::VORTIME {
 namespace {
@@ -134,10 +134,10 @@ void JsonReportC::end() {
   }
 }
 
-void JsonReportC::appendMessage(MessageReportC const& message) {
+void JsonReportC::appendMessage(RCV::MessageReportC const& message) {
   static constexpr char const* FORMATS[] = {"nmea", "ubx", "gpsd", "rinex"};
   std::string& text = out.buffer();
-  RCV::ReceiverMessageC const& event = message.event;
+  RCV::ReceiverMessageC const& event = message.message;
   appendName(text, "input");
   text += quotedInput;
   appendCount(text, "line", event.place.line);
@@ -159,11 +159,11 @@ void JsonReportC::appendMessage(MessageReportC const& message) {
     text += '}';
   }
   if (event.place.hasHostTime) {
-    appendUtc(text, "host", utcCalendarOf(event.place.hostUnixMs));
+    appendUtc(text, "host", RCV::utcCalendarOf(event.place.hostUnixMs));
   }
 }
 
-void JsonReportC::appendTime(MessageReportC const& message) {
+void JsonReportC::appendTime(RCV::MessageReportC const& message) {
   std::string& text = out.buffer();
   appendUtc(text, "utc", message.observation->utc());
   if (!message.observation->isInRange()) {
@@ -176,7 +176,8 @@ void JsonReportC::appendTime(MessageReportC const& message) {
   appendShortest(text, message.observation->utcDayNumber());
 }
 
-void JsonReportC::onObservation(MessageReportC const& message, ObservationEffectC const& effect) {
+void JsonReportC::onObservation(RCV::MessageReportC const& message,
+                                RCV::ObservationEffectC const& effect) {
   if (quiet) {
     return;
   }
@@ -188,11 +189,11 @@ void JsonReportC::onObservation(MessageReportC const& message, ObservationEffect
   appendNumber(text, "difference_ms", std::llround(effect.differenceMs));
   appendName(text, "sigma_ms");
   appendShortest(text, effect.sigma * MS_PER_DAY);
-  appendSigns(text, message.signs);
+  appendSigns(text, message.warnings);
   end();
 }
 
-void JsonReportC::onRefusal(MessageReportC const& message, RCV::RefusalE refusal) {
+void JsonReportC::onRefusal(RCV::MessageReportC const& message, RCV::RefusalE refusal) {
   if (quiet) {
     return;
   }
@@ -202,27 +203,27 @@ void JsonReportC::onRefusal(MessageReportC const& message, RCV::RefusalE refusal
   if (message.observation != nullptr) {
     appendTime(message);
   }
-  appendSigns(out.buffer(), message.signs);
+  appendSigns(out.buffer(), message.warnings);
   end();
 }
 
-void JsonReportC::onCorrection(CorrectionReportC const& correction) {
+void JsonReportC::onCorrection(RCV::CorrectionReportC const& correction) {
   begin("correction");
   std::string& text = out.buffer();
   appendNumber(text, "change_ms", correction.changeMs);
   appendCount(text, "week", correction.week);
   appendCount(text, "ms", correction.msOfWeek);
-  appendUtc(text, "utc", utcOfGps(TIM::GpsC(correction.week, correction.msOfWeek)));
+  appendUtc(text, "utc", RCV::utcOfGps(TIM::GpsC(correction.week, correction.msOfWeek)));
   end();
 }
 
-void JsonReportC::onClock(ClockStepC const& clock) {
+void JsonReportC::onClock(RCV::ClockStepC const& clock) {
   begin("clock");
   std::string& text = out.buffer();
   appendName(text, "clock_set");
-  text += clock.outcome == CLOCK_SET ? "true" : "false";
-  if (clock.outcome != CLOCK_SET) {
-    appendWord(text, "reason", clock.outcome == CLOCK_REFUSED ? "refused" : "step-too-large");
+  text += clock.outcome == RCV::CLOCK_SET ? "true" : "false";
+  if (clock.outcome != RCV::CLOCK_SET) {
+    appendWord(text, "reason", clock.outcome == RCV::CLOCK_REFUSED ? "refused" : "step-too-large");
   }
   appendName(text, "first");
   text += clock.isFirst ? "true" : "false";
@@ -231,10 +232,11 @@ void JsonReportC::onClock(ClockStepC const& clock) {
   end();
 }
 
-void JsonReportC::onLeapStatement(MessageReportC const& message, LeapReportC const& leap) {
+void JsonReportC::onLeapStatement(RCV::MessageReportC const& message,
+                                  RCV::LeapReportC const& leap) {
   static constexpr char const* OUTCOMES[] = {"agrees", "unchanged", "accepted", "refused"};
-  bool const isRefused = leap.outcome == LEAP_REFUSED;
-  if (quiet && leap.outcome != LEAP_ACCEPTED) {
+  bool const isRefused = leap.outcome == RCV::LEAP_REFUSED;
+  if (quiet && leap.outcome != RCV::LEAP_ACCEPTED) {
     return;
   }
   begin(isRefused ? "refusal" : "leap_statement");
@@ -249,7 +251,7 @@ void JsonReportC::onLeapStatement(MessageReportC const& message, LeapReportC con
     appendRecord(text, "record", leap.record);
     appendCount(text, "result", leap.resultCode);
   }
-  appendSigns(text, message.signs);
+  appendSigns(text, message.warnings);
   end();
 }
 
@@ -267,7 +269,7 @@ void JsonReportC::onOldMapping(std::int64_t ageMs) {
   end();
 }
 
-void JsonReportC::onSummary(SummaryReportC const& summary) {
+void JsonReportC::onSummary(RCV::SummaryReportC const& summary) {
   begin("summary");
   std::string& text = out.buffer();
   RCV::ReadCountsC const& read = summary.read;
@@ -284,7 +286,7 @@ void JsonReportC::onSummary(SummaryReportC const& summary) {
   appendCount(text, "used", summary.counts.used);
   appendCounts(text, "refused", summary.counts.refused,
                [](std::uint32_t i) { return RCV::refusalName(static_cast<RCV::RefusalE>(i)); });
-  appendCounts(text, "signs", summary.counts.signs, [](std::uint32_t i) {
+  appendCounts(text, "signs", summary.counts.warnings, [](std::uint32_t i) {
     return RCV::warningName(static_cast<RCV::WarningE>(1U << i));
   });
   appendCount(text, "corrections", summary.counts.corrections);

@@ -5,17 +5,17 @@
 #include <string>
 #include <vector>
 
+#include "KTX/RCV/KTX_RCV_EstimateSink.h"
 #include "output/OutputFile.h"
 #include "output/OutputGuard.h"
 #include "output/PictureMark.h"
 #include "output/ReplacedFile.h"
-#include "replay/EstimateSink.h"
 
 namespace KTX::VORTIME {
 
 /// Keeps the steps of the estimator in a table and has gnuplot draw them: observations, estimate,
 /// its uncertainty, and the present with its corrections, all against the PC's own clock.
-class PlotC : public EstimateSinkI {
+class PlotC : public RCV::EstimateSinkI {
  public:
   /// path names the pictures: one that ends in .png or .svg is drawn alone, else both are, with the
   /// endings added. The table stands beside them with the ending .tsv.

@@ -17,7 +17,7 @@ void appendRow(std::string& text, std::string_view name, std::string_view value)
   text += '\n';
 }
 
-std::string inputsText(SummaryReportC const& summary) {
+std::string inputsText(RCV::SummaryReportC const& summary) {
   RCV::ReadCountsC const& read = summary.read;
   return std::to_string(summary.inputs.size()) +
          (summary.inputs.size() == 1 ? " input, " : " inputs, ") + std::to_string(read.bytes) +
@@ -47,7 +47,7 @@ std::string kindsText(RCV::ReadCountsC const& read) {
   return text;
 }
 
-std::string refusedText(ReplayCountsC const& counts) {
+std::string refusedText(RCV::SessionCountsC const& counts) {
   std::string text = std::to_string(counts.allRefused());
   char const* separator = ": ";
   for (std::size_t i = 0; i < counts.refused.size(); ++i) {
@@ -60,13 +60,13 @@ std::string refusedText(ReplayCountsC const& counts) {
   return text;
 }
 
-std::string signsText(ReplayCountsC const& counts) {
+std::string signsText(RCV::SessionCountsC const& counts) {
   std::string text;
   for (std::uint32_t i = 0; i < RCV::WARNING_COUNT; ++i) {
-    if (counts.signs[i] != 0) {
+    if (counts.warnings[i] != 0) {
       text += (text.empty() ? "" : ", ") +
               std::string(RCV::warningName(static_cast<RCV::WarningE>(1U << i))) + ' ' +
-              std::to_string(counts.signs[i]);
+              std::to_string(counts.warnings[i]);
     }
   }
   return text.empty() ? "none" : text;
@@ -80,7 +80,7 @@ std::string millisecondsText(double days) {
 
 }  // namespace
 
-std::string summaryText(SummaryReportC const& summary) {
+std::string summaryText(RCV::SummaryReportC const& summary) {
   std::string text = summary.isInterrupted ? "Summary (interrupted)\n" : "Summary\n";
   appendRow(text, "read", inputsText(summary));
   appendRow(text, "messages", messagesText(summary.read));

@@ -3,12 +3,12 @@
 
 #include <string>
 
-#include "replay/ReplayReport.h"
+#include "KTX/RCV/KTX_RCV_SessionListener.h"
 
 namespace KTX::VORTIME {
 
 /// The summary of a run for people, several lines.
-std::string summaryText(SummaryReportC const& summary);
+std::string summaryText(RCV::SummaryReportC const& summary);
 
 }  // namespace KTX::VORTIME
 

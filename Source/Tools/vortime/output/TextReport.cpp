@@ -2,11 +2,11 @@
 
 #include <cmath>
 
+#include "KTX/RCV/KTX_RCV_TimeConversion.h"
 #include "KTX/TIM/KTX_TIM_LeapSecondSource.h"
 #include "output/RecordText.h"
 #include "output/SummaryText.h"
 #include "output/TextFormat.h"
-#include "replay/TimeConversion.h"
 #include "system/VisibleText.h"
 
 namespace KTX::VORTIME {
@@ -16,7 +16,7 @@ constexpr std::size_t PLACE_WIDTH = 8;
 constexpr std::size_t MESSAGE_WIDTH = 13;
 constexpr char const* INDENT = "          ";
 
-bool isSame(LeapReportC const& a, LeapReportC const& b) {
+bool isSame(RCV::LeapReportC const& a, RCV::LeapReportC const& b) {
   return a.outcome == b.outcome && a.refusal == b.refusal && a.isOffered == b.isOffered &&
          a.record == b.record;
 }
@@ -42,9 +42,9 @@ void TextReportC::onInput(std::string const& name) {
 }
 
 // UBX frames and RINEX records have no lines of their own, but a reader of the log finds both so.
-void TextReportC::beginLine(MessageReportC const& message) {
+void TextReportC::beginLine(RCV::MessageReportC const& message) {
   std::string place;
-  RCV::ReceiverMessageC const& event = message.event;
+  RCV::ReceiverMessageC const& event = message.message;
   if (event.format == RCV::FORMAT_UBX) {
     place += '@';
     appendUnsigned(place, event.place.offset);
@@ -56,7 +56,7 @@ void TextReportC::beginLine(MessageReportC const& message) {
   appendLeft(out.buffer(), event.name.empty() ? "?" : event.name, MESSAGE_WIDTH);
 }
 
-void TextReportC::appendTime(MessageReportC const& message) {
+void TextReportC::appendTime(RCV::MessageReportC const& message) {
   std::string& text = out.buffer();
   appendCalendar(text, message.observation->utc());
   text += "Z";
@@ -91,8 +91,8 @@ void TextReportC::endLine() {
   }
 }
 
-void TextReportC::warnOnce(MessageReportC const& message) {
-  std::uint32_t const fresh = message.signs & ~signsWarnedOf;
+void TextReportC::warnOnce(RCV::MessageReportC const& message) {
+  std::uint32_t const fresh = message.warnings & ~signsWarnedOf;
   if (fresh == RCV::WARNING_NONE) {
     return;
   }
@@ -104,7 +104,8 @@ void TextReportC::warnOnce(MessageReportC const& message) {
   endLine();
 }
 
-void TextReportC::onObservation(MessageReportC const& message, ObservationEffectC const& effect) {
+void TextReportC::onObservation(RCV::MessageReportC const& message,
+                                RCV::ObservationEffectC const& effect) {
   if (quiet) {
     warnOnce(message);
     return;
@@ -114,12 +115,12 @@ void TextReportC::onObservation(MessageReportC const& message, ObservationEffect
   std::string number;
   appendSigned(number, std::llround(effect.differenceMs));
   appendColumn(out.buffer(), number, 11);
-  appendSigns(message.signs);
+  appendSigns(message.warnings);
   out.buffer() += '\n';
   endLine();
 }
 
-void TextReportC::onRefusal(MessageReportC const& message, RCV::RefusalE refusal) {
+void TextReportC::onRefusal(RCV::MessageReportC const& message, RCV::RefusalE refusal) {
   if (quiet) {
     warnOnce(message);
     return;
@@ -131,17 +132,17 @@ void TextReportC::onRefusal(MessageReportC const& message, RCV::RefusalE refusal
   }
   out.buffer() += "refused: ";
   out.buffer() += RCV::refusalName(refusal);
-  appendSigns(message.signs);
+  appendSigns(message.warnings);
   out.buffer() += '\n';
   endLine();
 }
 
-void TextReportC::onCorrection(CorrectionReportC const& correction) {
+void TextReportC::onCorrection(RCV::CorrectionReportC const& correction) {
   TIM::GpsC const present(correction.week, correction.msOfWeek);
   std::string& text = out.buffer();
   text += INDENT;
   text += "correction   ";
-  appendCalendar(text, utcOfGps(present));
+  appendCalendar(text, RCV::utcOfGps(present));
   text += "Z";
   std::string number;
   appendUnsigned(number, correction.week);
@@ -155,21 +156,21 @@ void TextReportC::onCorrection(CorrectionReportC const& correction) {
   endLine();
 }
 
-void TextReportC::onClock(ClockStepC const& clock) {
+void TextReportC::onClock(RCV::ClockStepC const& clock) {
   std::string& text = out.buffer();
   text += INDENT;
-  text += clock.outcome == CLOCK_SET ? "clock set    " : "clock kept   ";
+  text += clock.outcome == RCV::CLOCK_SET ? "clock set    " : "clock kept   ";
   appendCalendar(text, clock.utc);
   switch (clock.outcome) {
-    case CLOCK_SET:
+    case RCV::CLOCK_SET:
       text += "Z  changed by ";
       appendSigned(text, clock.stepMs);
       text += " ms\n";
       break;
-    case CLOCK_REFUSED:
+    case RCV::CLOCK_REFUSED:
       text += "Z was refused by the system: it takes the right to set the time, as root has\n";
       break;
-    case CLOCK_STEP_TOO_LARGE:
+    case RCV::CLOCK_STEP_TOO_LARGE:
       text += "Z is ";
       appendSigned(text, clock.stepMs);
       text += " ms away: more than --max-step\n";
@@ -178,14 +179,15 @@ void TextReportC::onClock(ClockStepC const& clock) {
   endLine();
 }
 
-void TextReportC::onLeapStatement(MessageReportC const& message, LeapReportC const& leap) {
+void TextReportC::onLeapStatement(RCV::MessageReportC const& message,
+                                  RCV::LeapReportC const& leap) {
   // A receiver repeats its statement every second: the first tells all.
   if (hasLastLeap && isSame(leap, lastLeap)) {
     return;
   }
   hasLastLeap = true;
   lastLeap = leap;
-  bool const isNews = leap.outcome == LEAP_ACCEPTED || leap.outcome == LEAP_REFUSED;
+  bool const isNews = leap.outcome == RCV::LEAP_ACCEPTED || leap.outcome == RCV::LEAP_REFUSED;
   if (quiet && !isNews) {
     return;
   }
@@ -194,16 +196,16 @@ void TextReportC::onLeapStatement(MessageReportC const& message, LeapReportC con
   if (leap.isOffered) {
     text += recordText(leap.record);
   } else {
-    appendSigned(text, message.event.leap.current);
+    appendSigned(text, message.message.leap.current);
     text += " s";
   }
   static constexpr char const* OUTCOMES[] = {": the count in force", ": held already", ": accepted",
                                              ": refused: "};
   text += OUTCOMES[leap.outcome];
-  if (leap.outcome == LEAP_REFUSED) {
+  if (leap.outcome == RCV::LEAP_REFUSED) {
     text += RCV::refusalName(leap.refusal);
   }
-  appendSigns(message.signs);
+  appendSigns(message.warnings);
   text += '\n';
   endLine();
 }
@@ -226,7 +228,7 @@ void TextReportC::onOldMapping(std::int64_t ageMs) {
   endLine();
 }
 
-void TextReportC::onSummary(SummaryReportC const& summary) {
+void TextReportC::onSummary(RCV::SummaryReportC const& summary) {
   out.buffer() += summaryText(summary);
   endLine();
 }

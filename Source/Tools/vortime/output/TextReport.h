@@ -4,14 +4,14 @@
 #include <cstdint>
 #include <string>
 
+#include "KTX/RCV/KTX_RCV_SessionListener.h"
 #include "KTX/TIM/KTX_TIM_LeapSecondProvider.h"
 #include "output/OutputFile.h"
-#include "replay/ReplayReport.h"
 
 namespace KTX::VORTIME {
 
 /// Writes a run for people: a line for every dated message, then the summary.
-class TextReportC : public ReplayReportI {
+class TextReportC : public RCV::SessionListenerI {
  public:
   /// output must outlive the report. isQuiet: leaves out observations and refusals. isLive: every
   /// line is written at once.
@@ -20,22 +20,23 @@ class TextReportC : public ReplayReportI {
 
   void setLeapSeconds(TIM::LeapSecondProviderI& provider) override { leapSeconds = &provider; }
   void onInput(std::string const& name) override;
-  void onObservation(MessageReportC const& message, ObservationEffectC const& effect) override;
-  void onRefusal(MessageReportC const& message, RCV::RefusalE refusal) override;
-  void onCorrection(CorrectionReportC const& correction) override;
-  void onClock(ClockStepC const& clock) override;
-  void onLeapStatement(MessageReportC const& message, LeapReportC const& leap) override;
+  void onObservation(RCV::MessageReportC const& message,
+                     RCV::ObservationEffectC const& effect) override;
+  void onRefusal(RCV::MessageReportC const& message, RCV::RefusalE refusal) override;
+  void onCorrection(RCV::CorrectionReportC const& correction) override;
+  void onClock(RCV::ClockStepC const& clock) override;
+  void onLeapStatement(RCV::MessageReportC const& message, RCV::LeapReportC const& leap) override;
   void onLeapChange(TIM::UtcLeapSecondRecord const& previous,
                     TIM::UtcLeapSecondRecord const& current) override;
   void onOldMapping(std::int64_t ageMs) override;
-  void onSummary(SummaryReportC const& summary) override;
+  void onSummary(RCV::SummaryReportC const& summary) override;
 
  private:
-  void beginLine(MessageReportC const& message);
-  void appendTime(MessageReportC const& message);
+  void beginLine(RCV::MessageReportC const& message);
+  void appendTime(RCV::MessageReportC const& message);
   void appendSigns(std::uint32_t signs);
   void endLine();
-  void warnOnce(MessageReportC const& message);
+  void warnOnce(RCV::MessageReportC const& message);
 
   OutputFileC& out;
   bool const quiet;
@@ -43,7 +44,7 @@ class TextReportC : public ReplayReportI {
   TIM::LeapSecondProviderI* leapSeconds;
   std::uint32_t signsWarnedOf = 0;
   bool hasLastLeap = false;
-  LeapReportC lastLeap;
+  RCV::LeapReportC lastLeap;
 };
 
 }  // namespace KTX::VORTIME

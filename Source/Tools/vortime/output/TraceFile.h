@@ -3,16 +3,16 @@
 
 #include <string>
 
+#include "KTX/RCV/KTX_RCV_EstimateSink.h"
 #include "output/OutputFile.h"
 #include "output/OutputGuard.h"
 #include "output/ReplacedFile.h"
-#include "replay/EstimateSink.h"
 
 namespace KTX::VORTIME {
 
 /// Writes one line for each step of the estimator, in the form that the library's log has on its
 /// channel "TimeEstimatorData": labels and values, each followed by a tab.
-class TraceFileC : public EstimateSinkI {
+class TraceFileC : public RCV::EstimateSinkI {
  public:
   /// Begins the file. False, with the error of guard, when it must not be written or cannot be.
   bool open(std::string const& path, OutputGuardC& guard);

@@ -35,7 +35,7 @@ std::int64_t nearestMs(double ms) {
   return std::llround(ms < LIMIT_MS ? std::max(ms, -LIMIT_MS) : LIMIT_MS);
 }
 
-bool canBeShown(PcReadingC const& reading) {
+bool canBeShown(RCV::PcReadingC const& reading) {
   return reading.systemUnixMs >= RCV::FIRST_CIVIL_UNIX_MS &&
          reading.systemUnixMs <= RCV::LAST_CIVIL_UNIX_MS &&
          reading.steadyMs <= SimulatedPcC::STEADY_START_MS + SimulatedPcC::MAX_ELAPSED_MS;
@@ -47,9 +47,9 @@ SimulatedPcC::SimulatedPcC(SimulatedPcOptionsC const& pcOptions) : options(pcOpt
   present.random = pcOptions.seed;
 }
 
-std::optional<PcReadingC> SimulatedPcC::arrive(ArrivalC const& arrival) {
+std::optional<RCV::PcReadingC> SimulatedPcC::arrive(RCV::ArrivalC const& arrival) {
   StateC next = present;
-  PcReadingC const reading =
+  RCV::PcReadingC const reading =
       arrival.hasHostTime ? arriveByHost(next, arrival) : arriveByReceiver(next, arrival);
   if (!canBeShown(reading)) {
     return std::nullopt;
@@ -58,8 +58,8 @@ std::optional<PcReadingC> SimulatedPcC::arrive(ArrivalC const& arrival) {
   return reading;
 }
 
-PcReadingC SimulatedPcC::arriveByHost(StateC& state, ArrivalC const& arrival) {
-  PcReadingC reading;
+RCV::PcReadingC SimulatedPcC::arriveByHost(StateC& state, RCV::ArrivalC const& arrival) {
+  RCV::PcReadingC reading;
   if (arrival.isFirst) {
     state.startUnixMs = arrival.hostUnixMs;
     state.elapsedMs = 0;
@@ -80,7 +80,7 @@ PcReadingC SimulatedPcC::arriveByHost(StateC& state, ArrivalC const& arrival) {
   return reading;
 }
 
-PcReadingC SimulatedPcC::arriveByReceiver(StateC& state, ArrivalC const& arrival) const {
+RCV::PcReadingC SimulatedPcC::arriveByReceiver(StateC& state, RCV::ArrivalC const& arrival) const {
   if (arrival.isFirst) {
     state.startUnixMs = sumOf(arrival.statedUnixMs, options.offsetMs);
     state.lastUnixMs = arrival.statedUnixMs;
@@ -97,11 +97,11 @@ PcReadingC SimulatedPcC::arriveByReceiver(StateC& state, ArrivalC const& arrival
     std::int64_t const clockMs = nearestMs(arrivedMs * (1.0 + options.driftPpm * 1e-6));
     state.elapsedMs = std::max(state.elapsedMs, clockMs);
   }
-  return PcReadingC{sumOf(state.startUnixMs, state.elapsedMs),
-                    sumOf(STEADY_START_MS, state.elapsedMs), false, false};
+  return RCV::PcReadingC{sumOf(state.startUnixMs, state.elapsedMs),
+                         sumOf(STEADY_START_MS, state.elapsedMs), false, false};
 }
 
-void SimulatedPcC::pass(StateC& state, ArrivalC const& arrival) {
+void SimulatedPcC::pass(StateC& state, RCV::ArrivalC const& arrival) {
   std::int64_t const stepMs = differenceOf(arrival.statedUnixMs, state.lastUnixMs);
   if (stepMs >= 0 && (stepMs <= MAX_GAP_MS || arrival.isNewInput)) {
     state.passedMs = sumOf(state.passedMs, stepMs);

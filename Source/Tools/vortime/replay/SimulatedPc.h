@@ -6,7 +6,7 @@
 #include <string>
 
 #include "KTX/RCV/KTX_RCV_CivilTime.h"
-#include "replay/HostPc.h"
+#include "KTX/RCV/KTX_RCV_HostPc.h"
 
 namespace KTX::VORTIME {
 
@@ -23,7 +23,7 @@ struct SimulatedPcOptionsC {
 ///
 /// The calendar clock shows RCV::FIRST_CIVIL_UNIX_MS to RCV::LAST_CIVIL_UNIX_MS, the steady clock
 /// counts up to MAX_ELAPSED_MS. A message that would arrive later or earlier has no reading.
-class SimulatedPcC : public HostPcI {
+class SimulatedPcC : public RCV::HostPcI {
  public:
   /// The longest forward step of the receiver that is taken for time that passed.
   static constexpr std::int64_t MAX_GAP_MS = 86400000;
@@ -34,7 +34,7 @@ class SimulatedPcC : public HostPcI {
 
   explicit SimulatedPcC(SimulatedPcOptionsC const& pcOptions);
 
-  std::optional<PcReadingC> arrive(ArrivalC const& arrival) override;
+  std::optional<RCV::PcReadingC> arrive(RCV::ArrivalC const& arrival) override;
 
  private:
   struct StateC {
@@ -48,9 +48,9 @@ class SimulatedPcC : public HostPcI {
     std::int64_t elapsedMs = 0;    ///< the same by the PC's clocks
   };
 
-  static PcReadingC arriveByHost(StateC& state, ArrivalC const& arrival);
-  PcReadingC arriveByReceiver(StateC& state, ArrivalC const& arrival) const;
-  static void pass(StateC& state, ArrivalC const& arrival);
+  static RCV::PcReadingC arriveByHost(StateC& state, RCV::ArrivalC const& arrival);
+  RCV::PcReadingC arriveByReceiver(StateC& state, RCV::ArrivalC const& arrival) const;
+  static void pass(StateC& state, RCV::ArrivalC const& arrival);
   double nextDelayMs(StateC& state) const;
 
   SimulatedPcOptionsC const options;
