@@ -194,7 +194,8 @@ TEST_F(PresentFault, Connecting) {
   EXPECT_GT(failedToListen, 0u);
   EXPECT_TRUE(connection.connected());
   connection.disconnect();
-  TimeEstimatedSlot const estimated([](TimeEstimateStepC const&) {});
+  int heard = 0;
+  TimeEstimatedSlot const estimated([&heard](TimeEstimateStepC const&) { ++heard; });
   std::size_t const failedToFollow =
       sweepAllocationFaults([&] { connection = connectTimeEstimated(estimated); },
                             [](std::ptrdiff_t balance) { EXPECT_LE(balance, 0); });
