@@ -27,7 +27,7 @@ class InFolder(unittest.TestCase):
         if is_windows():
             command = COMMAND[:-1] + ["cmd", "/c", "Z:" + COMMAND[-1].replace("/", "\\") + " " + line]
         else:
-            command = ["sh", "-c", '"$0" ' + line, *COMMAND]
+            command = ["sh", "-c", '"$0" "$@" ' + line, *COMMAND]
         return subprocess.run(command, cwd=self.folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                               stderr=subprocess.PIPE, encoding="utf-8", timeout=TIMEOUT)
 
